@@ -1,0 +1,36 @@
+# Marble Cove: the two set-up commands are `make run` and `make test`; both install what they need first.
+BUILD       ?= build
+BENCH_BUILD ?= build-bench
+FUZZ_BUILD  ?= build-fuzz
+FUZZ_SECONDS ?= 180
+JOBS        ?= $(shell nproc)
+
+.PHONY: deps configure build test bench fuzz clean
+
+deps:
+	@bash scripts/deps.sh
+
+configure: deps
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	QT_QPA_PLATFORM=offscreen ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+bench: deps
+	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARBLECOVE_TESTS=OFF -DMARBLECOVE_BENCH=ON
+	cmake --build $(BENCH_BUILD) -j $(JOBS)
+	QT_QPA_PLATFORM=offscreen $(BENCH_BUILD)/bench/marblecove_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
+
+# Runs the parser fuzzer for FUZZ_SECONDS (override: make fuzz FUZZ_SECONDS=600).
+fuzz: deps
+	cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ -DMARBLECOVE_FUZZ=ON
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	mkdir -p $(FUZZ_BUILD)/corpus
+	$(FUZZ_BUILD)/fuzz/fuzz_logo $(FUZZ_BUILD)/corpus fuzz/seeds -dict=fuzz/logo.dict \
+	  -max_total_time=$(FUZZ_SECONDS) -timeout=5 -rss_limit_mb=2048 -print_final_stats=1
+
+clean:
+	rm -rf $(BUILD) $(BENCH_BUILD) $(FUZZ_BUILD)

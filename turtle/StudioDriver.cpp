@@ -1,0 +1,102 @@
+#include "app/Studio.h"
+
+#include "language/LogoError.h"
+#include "language/LogoParser.h"
+#include "turtle/CommandLabel.h"
+
+#include <chrono>
+
+bool Studio::prepare()
+{
+    QList<Instruction> instructions;
+    try {
+        LogoParser parser(m_code);
+        instructions = parser.parse();
+    } catch (const LogoError &error) {
+        setMessage(error.errorDescription());
+        return false;
+    }
+    if (instructions.isEmpty()) {
+        setMessage(QStringLiteral("Add a command first. Try FORWARD 100."));
+        return false;
+    }
+    reset();
+    m_queue = instructions;
+    m_queuedSource = m_code;
+    setStepTotal(int(instructions.size()));
+    setPlannedStrokes(drawing(instructions));
+    return true;
+}
+
+void Studio::executeNext()
+{
+    if (m_stepIndex >= m_queue.size())
+        return;
+    const Instruction instruction = m_queue.at(m_stepIndex);
+    setCurrentCommand(commandLabel(instruction));
+    apply(instruction);
+    setStepIndex(m_stepIndex + 1);
+}
+
+void Studio::step()
+{
+    stop();
+    if (m_queuedSource != m_code || m_stepIndex >= m_queue.size()) {
+        if (!prepare())
+            return;
+    }
+    executeNext();
+    setMessage(QStringLiteral("Step ") + QString::number(m_stepIndex) + QStringLiteral(" of ")
+               + QString::number(m_stepTotal) + QStringLiteral(": ") + m_currentCommand);
+    if (m_stepIndex == m_queue.size())
+        finish();
+}
+
+void Studio::run()
+{
+    stop();
+    if (!prepare())
+        return;
+    setRunning(true);
+    setMessage(turtleName() + QStringLiteral(" is following your code…"));
+    m_task = ++m_runs;
+    advanceRun();
+}
+
+// One beat of an animated run: the next instruction, then a pause of `speed`, or the end.
+void Studio::advanceRun()
+{
+    if (!m_task)
+        return;
+    const quint64 thisRun = *m_task;
+    if (m_stepIndex >= m_queue.size()) {
+        m_task.reset();
+        setRunning(false);
+        finish();
+        return;
+    }
+    executeNext();
+    // Something reacting to the new stroke may have stopped or restarted the run.
+    if (m_task != thisRun)
+        return;
+    m_pause.start(std::chrono::milliseconds(qRound(m_speed * 1000)));
+}
+
+void Studio::stop()
+{
+    m_pause.stop();
+    m_task.reset();
+    setRunning(false);
+}
+
+void Studio::reset()
+{
+    resetDrawing();
+    m_queue.clear();
+    m_queuedSource.clear();
+    m_drawingSource.clear();
+    setCurrentCommand(QString());
+    setStepIndex(0);
+    setStepTotal(0);
+    setPlannedStrokes({});
+}
