@@ -2,7 +2,9 @@
 
 Studio::Studio(QObject *parent)
     : QObject(parent)
+    , m_pause(this)
 {
+    m_pause.setObjectName(QStringLiteral("runPause"));
     m_pause.setSingleShot(true);
     m_pause.setTimerType(Qt::PreciseTimer);
     connect(&m_pause, &QTimer::timeout, this, &Studio::advanceRun);

@@ -47,6 +47,7 @@ public:
     int turtle() const { return m_turtle; }
     void setTurtle(int turtle);
     const QMap<QString, QString> &turtleNames() const { return m_turtleNames; }
+    void setTurtleNames(const QMap<QString, QString> &names);
     const QList<Stroke> &strokes() const { return m_drawing.strokes; }
     QPointF point() const { return m_drawing.point; }
     double heading() const { return m_drawing.heading; }
@@ -109,7 +110,6 @@ private:
     void setStepTotal(int total);
     void setCurrentCommand(const QString &command);
     void setPlannedStrokes(const QList<Stroke> &strokes);
-    void setTurtleNames(const QMap<QString, QString> &names);
     // Emits for every observed turtle field that changed since these readings.
     void publishDrawing(QPointF point, double heading, qsizetype strokeCount);
     void advanceRun();

@@ -24,12 +24,28 @@ bool isCSpace(char c)
 
 std::optional<double> readLogoNumber(QStringView token)
 {
-    const QByteArray bytes = token.toUtf8();
-    if (bytes.isEmpty() || isCSpace(bytes.front()))
+    // Numbers are short and ASCII: read them from the stack, not a fresh allocation.
+    char small[64];
+    QByteArray large;
+    if (token.isEmpty())
+        return std::nullopt;
+    char *buffer = small;
+    if (token.size() >= qsizetype(sizeof small)) {
+        large.resize(token.size() + 1);
+        buffer = large.data();
+    }
+    for (qsizetype i = 0; i < token.size(); ++i) {
+        const char16_t c = token.at(i).unicode();
+        if (c == 0 || c >= 0x80) // no number has these; a NUL would also end the text early
+            return std::nullopt;
+        buffer[i] = char(c);
+    }
+    buffer[token.size()] = '\0';
+    if (isCSpace(buffer[0]))
         return std::nullopt;
     char *end = nullptr;
-    const double value = strtod_l(bytes.constData(), &end, cLocale());
-    if (end != bytes.constData() + bytes.size() || !std::isfinite(value))
+    const double value = strtod_l(buffer, &end, cLocale());
+    if (end != buffer + token.size() || !std::isfinite(value))
         return std::nullopt;
     return value;
 }

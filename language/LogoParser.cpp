@@ -6,7 +6,9 @@
 #include <QSet>
 #include <QStringView>
 
+#include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace {
 
@@ -27,47 +29,65 @@ bool isLineBreak(char16_t c)
     return c == u'\n' || c == u'\r' || c == u'\v' || c == u'\f' || c == 0x0085 || c == 0x2028 || c == 0x2029;
 }
 
-// Comments dropped, lines joined with a blank, brackets spaced apart.
-QString joinLines(const QString &text)
+// The same tokens as joining the lines without their comments, spacing the brackets apart,
+// lower-casing and splitting at white space, in one pass. Repeated words share one string,
+// so a long program costs few allocations.
+QStringList tokenize(const QString &text)
 {
-    QString joined;
-    joined.reserve(text.size() + text.size() / 4);
+    struct ViewHash {
+        size_t operator()(QStringView view) const noexcept { return qHash(view); }
+    };
+    std::unordered_map<QStringView, QString, ViewHash> seen;
+    QStringList tokens;
+    const auto addWord = [&](qsizetype from, qsizetype to) {
+        if (from >= to)
+            return;
+        QStringView word = QStringView(text).sliced(from, to - from);
+        QString lowered;
+        const bool plain = std::all_of(word.begin(), word.end(), [](QChar c) {
+            return c.unicode() < 0x80 && !(c.unicode() >= u'A' && c.unicode() <= u'Z');
+        });
+        if (!plain) {
+            lowered = word.toString().toLower();
+            word = lowered;
+        }
+        const auto known = seen.find(word);
+        if (known != seen.end()) {
+            tokens.append(known->second);
+            return;
+        }
+        const QString token = plain ? word.toString() : lowered;
+        seen.emplace(QStringView(token), token);
+        tokens.append(token);
+    };
+
     bool inComment = false;
-    for (const QChar ch : text) {
+    qsizetype wordStart = 0;
+    const qsizetype n = text.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        const QChar ch = text.at(i);
         const char16_t c = ch.unicode();
         if (isLineBreak(c)) {
+            if (!inComment)
+                addWord(wordStart, i);
             inComment = false;
-            joined.append(u' ');
+            wordStart = i + 1;
         } else if (inComment) {
             continue;
-        } else if (c == u';') {
-            inComment = true;
-        } else if (c == u'[') {
-            joined.append(u" [ ");
-        } else if (c == u']') {
-            joined.append(u" ] ");
-        } else {
-            joined.append(ch);
+        } else if (c == u';' || c == u'[' || c == u']' || ch.isSpace()) {
+            addWord(wordStart, i);
+            wordStart = i + 1;
+            if (c == u';')
+                inComment = true;
+            else if (c == u'[')
+                tokens.append(kOpen);
+            else if (c == u']')
+                tokens.append(kClose);
         }
     }
-    return joined;
-}
-
-QStringList splitAtWhiteSpace(const QString &text)
-{
-    QStringList pieces;
-    qsizetype start = -1;
-    const qsizetype n = text.size();
-    for (qsizetype i = 0; i <= n; ++i) {
-        const bool space = i == n || text.at(i).isSpace();
-        if (space && start >= 0) {
-            pieces.append(text.sliced(start, i - start));
-            start = -1;
-        } else if (!space && start < 0) {
-            start = i;
-        }
-    }
-    return pieces;
+    if (!inComment)
+        addWord(wordStart, n);
+    return tokens;
 }
 
 // Letters of any script; a combining mark may follow a letter (é written as e + ́).
@@ -104,7 +124,7 @@ QString unknownWord(const QString &token)
 } // namespace
 
 LogoParser::LogoParser(const QString &text)
-    : tokens(splitAtWhiteSpace(joinLines(text).toLower()))
+    : tokens(tokenize(text))
 {
 }
 
@@ -263,7 +283,6 @@ QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &inde
             const auto times = static_cast<qsizetype>(count);
             if (result.size() + body.size() * times > maxInstructions)
                 fail(QStringLiteral("That's a lot of steps! Try a smaller REPEAT number."));
-            result.reserve(result.size() + body.size() * times);
             for (qsizetype i = 0; i < times; ++i)
                 result.append(body);
         } else if (const auto recipe = procedures.constFind(command); recipe != procedures.cend()) {

@@ -1,4 +1,328 @@
+#include "app/Studio.h"
+
+#include <QSignalSpy>
 #include <QTest>
-class Placeholder : public QObject { Q_OBJECT };
-QTEST_GUILESS_MAIN(Placeholder)
+#include <QTimer>
+
+namespace {
+
+const QString threeSteps = QStringLiteral("forward 10\nright 90\nforward 20");
+
+QTimer *pauseOf(Studio &studio)
+{
+    return studio.findChild<QTimer *>(QStringLiteral("runPause"));
+}
+
+} // namespace
+
+class DriverTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates)); }
+
+    void runDrawsFirstInstructionAtOnceAndFinishesOnce()
+    {
+        Studio studio;
+        studio.setCode(threeSteps);
+        studio.setSpeed(Studio::fastestSpeed);
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        studio.run();
+        QVERIFY(studio.running());
+        QCOMPARE(studio.stepIndex(), 1);
+        QCOMPARE(studio.stepTotal(), 3);
+        QCOMPARE(studio.message(), QStringLiteral("Clover is following your code…"));
+        QCOMPARE(studio.plannedStrokes().size(), 2);
+        QCOMPARE(studio.drawingSource(), QString());
+
+        QTRY_COMPARE(finished.count(), 1);
+        QVERIFY(!studio.running());
+        QCOMPARE(studio.stepIndex(), 3);
+        QCOMPARE(studio.strokes(), studio.plannedStrokes());
+        QCOMPARE(studio.drawingSource(), threeSteps);
+        QTest::qWait(60);
+        QCOMPARE(finished.count(), 1);
+    }
+
+    void runMessageUsesTheCompanionsShownName()
+    {
+        Studio studio;
+        studio.setTurtle(2);
+        studio.setCode(QStringLiteral("fd 10"));
+        studio.run();
+        QCOMPARE(studio.message(), QStringLiteral("Orbit is following your code…"));
+        studio.stop();
+    }
+
+    void stopThenStepContinuesWhereTheRunStopped()
+    {
+        Studio studio;
+        studio.setCode(threeSteps);
+        studio.setSpeed(Studio::slowestSpeed);
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        studio.run();
+        studio.stop();
+        QVERIFY(!studio.running());
+        QCOMPARE(studio.stepIndex(), 1);
+        QCOMPARE(studio.message(), QStringLiteral("Clover is following your code…"));
+
+        studio.step();
+        QCOMPARE(studio.stepIndex(), 2);
+        QCOMPARE(studio.strokes().size(), 1);
+        QCOMPARE(studio.message(), QStringLiteral("Step 2 of 3: RIGHT 90"));
+        studio.step();
+        QCOMPARE(studio.message(), QStringLiteral("Step 3 of 3: FORWARD 20"));
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(studio.drawingSource(), threeSteps);
+        QTest::qWait(400);
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(studio.stepIndex(), 3);
+    }
+
+    void steppingPastTheEndStartsAgainOnAFreshCanvas()
+    {
+        Studio studio;
+        studio.setCode(threeSteps);
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        const QStringList expected{QStringLiteral("Step 1 of 3: FORWARD 10"), QStringLiteral("Step 2 of 3: RIGHT 90"),
+                                   QStringLiteral("Step 3 of 3: FORWARD 20"), QStringLiteral("Step 1 of 3: FORWARD 10")};
+        for (int i = 0; i < expected.size(); ++i) {
+            studio.step();
+            QCOMPARE(studio.message(), expected.at(i));
+            QCOMPARE(finished.count(), i >= 2 ? 1 : 0);
+        }
+        QCOMPARE(studio.strokes().size(), 1);
+        QCOMPARE(studio.point(), QPointF(0, -10));
+        QCOMPARE(studio.drawingSource(), QString());
+    }
+
+    void editingBetweenStepsStartsOver()
+    {
+        Studio studio;
+        studio.setCode(threeSteps);
+        studio.step();
+        studio.step();
+        studio.setCode(QStringLiteral("back 5 left 45"));
+        studio.step();
+        QCOMPARE(studio.message(), QStringLiteral("Step 1 of 2: BACK 5"));
+        QCOMPARE(studio.heading(), 0.0);
+        QCOMPARE(studio.strokes().size(), 1);
+        QCOMPARE(studio.strokes().first().to, QPointF(0, 5));
+        QCOMPARE(studio.queuedSource(), studio.code());
+    }
+
+    void aSecondRunRestartsFromAFreshCanvas()
+    {
+        Studio studio;
+        studio.setCode(QStringLiteral("repeat 4 [fd 10 rt 90]"));
+        studio.setSpeed(Studio::fastestSpeed);
+        studio.run();
+        QTRY_VERIFY(studio.stepIndex() >= 4);
+        studio.run();
+        QCOMPARE(studio.stepIndex(), 1);
+        QCOMPARE(studio.strokes().size(), 1);
+        QVERIFY(studio.running());
+        studio.stop();
+    }
+
+    void speedChangesTheNextPause()
+    {
+        Studio studio;
+        studio.setCode(QStringLiteral("fd 1 fd 1 fd 1 fd 1"));
+        studio.setSpeed(0.2);
+        QTimer *pause = pauseOf(studio);
+        QVERIFY(pause);
+        // Each new step shows the pause that was armed after the step before it.
+        QList<int> pauses;
+        connect(&studio, &Studio::stepIndexChanged, &studio, [&] {
+            if (studio.stepIndex() > 1)
+                pauses.append(pause->interval());
+            if (studio.stepIndex() == 2)
+                studio.setSpeed(0.03);
+        });
+        studio.run();
+        QVERIFY(pause->isActive());
+        QCOMPARE(pause->timerType(), Qt::PreciseTimer);
+        QTRY_COMPARE(studio.stepIndex(), 4);
+        QCOMPARE(pauses, (QList<int>{200, 30, 30}));
+        studio.stop();
+        QVERIFY(!pause->isActive());
+    }
+
+    void speedStaysWithinTheSlider_data()
+    {
+        QTest::addColumn<double>("requested");
+        QTest::addColumn<double>("kept");
+        QTest::newRow("fastest") << 0.01 << 0.01;
+        QTest::newRow("slowest") << 0.35 << 0.35;
+        QTest::newRow("zero") << 0.0 << 0.01;
+        QTest::newRow("negative") << -1.0 << 0.01;
+        QTest::newRow("too slow") << 5.0 << 0.35;
+    }
+
+    void speedStaysWithinTheSlider()
+    {
+        QFETCH(double, requested);
+        QFETCH(double, kept);
+        Studio studio;
+        studio.setSpeed(requested);
+        QCOMPARE(studio.speed(), kept);
+    }
+
+    void aStoppedRunNeverFinishes()
+    {
+        Studio studio;
+        studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
+        studio.setSpeed(Studio::fastestSpeed);
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        // Stopping from inside a change notification, as a screen reacting to a stroke might.
+        connect(&studio, &Studio::stepIndexChanged, &studio, [&studio] {
+            if (studio.stepIndex() == 2)
+                studio.stop();
+        });
+        studio.run();
+        QTRY_COMPARE(studio.stepIndex(), 2);
+        QTest::qWait(100);
+        QCOMPARE(studio.stepIndex(), 2);
+        QCOMPARE(finished.count(), 0);
+        QVERIFY(!studio.running());
+        QVERIFY(!pauseOf(studio)->isActive());
+    }
+
+    void aRunRestartedFromANotificationFinishesOnlyOnce()
+    {
+        Studio studio;
+        studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
+        studio.setSpeed(Studio::fastestSpeed);
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        bool restarted = false;
+        connect(&studio, &Studio::stepIndexChanged, &studio, [&] {
+            if (studio.stepIndex() == 2 && !restarted) {
+                restarted = true;
+                studio.run();
+            }
+        });
+        studio.run();
+        QTRY_COMPARE(finished.count(), 1);
+        QTest::qWait(100);
+        QCOMPARE(finished.count(), 1);
+        QCOMPARE(studio.strokes().size(), 3);
+    }
+
+    void aFaultyOrEmptyProgramOnlyChangesTheMessage_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<bool>("byStep");
+        QTest::addColumn<QString>("message");
+        const QString unknown = QStringLiteral("I don't know ‘jump’ yet. Check the command guide or define it with TO … END.");
+        const QString empty = QStringLiteral("Add a command first. Try FORWARD 100.");
+        QTest::newRow("unknown word, run") << QStringLiteral("fd 10 jump") << false << unknown;
+        QTest::newRow("unknown word, step") << QStringLiteral("fd 10 jump") << true << unknown;
+        QTest::newRow("empty, run") << QString() << false << empty;
+        QTest::newRow("comments only, step") << QStringLiteral("; just a note\n  ") << true << empty;
+    }
+
+    void aFaultyOrEmptyProgramOnlyChangesTheMessage()
+    {
+        QFETCH(QString, program);
+        QFETCH(bool, byStep);
+        QFETCH(QString, message);
+        Studio studio;
+        studio.setCode(threeSteps);
+        studio.step();
+        studio.step();
+        const QList<Stroke> strokes = studio.strokes();
+        const QList<Stroke> planned = studio.plannedStrokes();
+        QSignalSpy finished(&studio, &Studio::drawingFinished);
+
+        studio.setCode(program);
+        byStep ? studio.step() : studio.run();
+        QCOMPARE(studio.message(), message);
+        QCOMPARE(studio.strokes(), strokes);
+        QCOMPARE(studio.plannedStrokes(), planned);
+        QCOMPARE(studio.stepIndex(), 2);
+        QCOMPARE(studio.stepTotal(), 3);
+        QCOMPARE(studio.queuedSource(), threeSteps);
+        QCOMPARE(studio.currentCommand(), QStringLiteral("RIGHT 90"));
+        QVERIFY(!studio.running());
+        QCOMPARE(finished.count(), 0);
+    }
+
+    void currentCommandSpeaksTheLocale_data()
+    {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("label");
+        const QLocale english(QLocale::English, QLocale::UnitedStates);
+        const QLocale german(QLocale::German, QLocale::Germany);
+        QTest::newRow("whole") << english << "forward 100" << "FORWARD 100";
+        QTest::newRow("fraction") << english << "rt 2.5" << "RIGHT 2.5";
+        QTest::newRow("grouping") << english << "fd 10000" << "FORWARD 10,000";
+        QTest::newRow("negative") << english << "back -7500" << "BACK -7,500";
+        QTest::newRow("many decimals") << english << "left 33.3333333" << "LEFT 33.333";
+        QTest::newRow("german fraction") << german << "rt 2.5" << "RIGHT 2,5";
+        QTest::newRow("german grouping") << german << "seth 10000" << "SETHEADING 10.000";
+        QTest::newRow("width") << german << "setpensize 12" << "WIDTH 12";
+        QTest::newRow("colour") << german << "setpc \"Pink" << "COLOR pink";
+        QTest::newRow("plain") << english << "pu" << "PENUP";
+        QTest::newRow("home") << english << "home" << "HOME";
+    }
+
+    void currentCommandSpeaksTheLocale()
+    {
+        QFETCH(QLocale, locale);
+        QFETCH(QString, program);
+        QFETCH(QString, label);
+        QLocale::setDefault(locale);
+        Studio studio;
+        studio.setCode(program);
+        studio.step();
+        QCOMPARE(studio.currentCommand(), label);
+    }
+
+    void resetEmptiesCanvasQueueAndCounters()
+    {
+        Studio studio;
+        studio.setCode(threeSteps);
+        for (int i = 0; i < 3; ++i)
+            studio.step();
+        const QString message = studio.message();
+        QSignalSpy strokesChanged(&studio, &Studio::strokesChanged);
+        studio.reset();
+        QCOMPARE(strokesChanged.count(), 1);
+        QVERIFY(studio.strokes().isEmpty());
+        QVERIFY(studio.plannedStrokes().isEmpty());
+        QCOMPARE(studio.point(), QPointF());
+        QCOMPARE(studio.heading(), 0.0);
+        QCOMPARE(studio.stepIndex(), 0);
+        QCOMPARE(studio.stepTotal(), 0);
+        QCOMPARE(studio.currentCommand(), QString());
+        QCOMPARE(studio.drawingSource(), QString());
+        QCOMPARE(studio.queuedSource(), QString());
+        QCOMPARE(studio.message(), message);
+    }
+
+    void turtleFieldsNotifyOnlyWhenTheyChange()
+    {
+        Studio studio;
+        QSignalSpy strokes(&studio, &Studio::strokesChanged);
+        QSignalSpy point(&studio, &Studio::pointChanged);
+        QSignalSpy heading(&studio, &Studio::headingChanged);
+        studio.apply(Instruction{QStringLiteral("penup"), 0, {}});
+        studio.apply(Instruction{QStringLiteral("forward"), 10, {}});
+        studio.apply(Instruction{QStringLiteral("right"), 0, {}});
+        studio.apply(Instruction{QStringLiteral("pendown"), 0, {}});
+        studio.apply(Instruction{QStringLiteral("right"), 90, {}});
+        QCOMPARE(strokes.count(), 0);
+        QCOMPARE(point.count(), 1);
+        QCOMPARE(heading.count(), 1);
+        QVERIFY(!studio.simulate(QStringLiteral("fd 50 rt 90 fd 50")).isEmpty());
+        QCOMPARE(studio.point(), QPointF(0, -10)); // simulate leaves the turtle where it was
+        QCOMPARE(studio.heading(), 90.0);
+        QVERIFY(studio.pen());
+    }
+};
+
+QTEST_GUILESS_MAIN(DriverTest)
 #include "tst_driver.moc"
