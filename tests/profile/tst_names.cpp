@@ -1,4 +1,5 @@
 #include "app/Studio.h"
+#include "support/StudioFixture.h"
 #include "profile/NameRules.h"
 
 #include <QSignalSpy>
@@ -78,23 +79,24 @@ private slots:
         QFETCH(int, index);
         QFETCH(QString, nickname);
         QFETCH(QString, shown);
-        Studio studio;
-        studio.setTurtleNames({{QString::number(index), nickname}});
-        QCOMPARE(studio.displayName(index), shown);
+        StudioFixture fixture;
+        fixture.store.setStringDictionary(QStringLiteral("turtleNames"), {{QString::number(index), nickname}});
+        QCOMPARE(fixture.restart()->displayName(index), shown);
     }
 
     void turtleNameFollowsTheChosenCompanion()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         QSignalSpy changed(&studio, &Studio::turtleNameChanged);
         QCOMPARE(studio.turtleName(), QStringLiteral("Clover"));
-        studio.setTurtleNames({{QStringLiteral("1"), QStringLiteral("Peachy")}});
-        QCOMPARE(changed.count(), 0); // companion 0 is still shown as Clover
-        studio.setTurtle(1);
+        QVERIFY(studio.saveCompanion(1, QStringLiteral("Peachy")));
         QCOMPARE(studio.turtleName(), QStringLiteral("Peachy"));
         QCOMPARE(changed.count(), 1);
-        studio.setTurtleNames({{QStringLiteral("1"), QStringLiteral("Peach Pie")}});
-        QCOMPARE(studio.turtleName(), QStringLiteral("Peach Pie"));
+        QVERIFY(studio.saveCompanion(0, QStringLiteral("Clover")));
+        QCOMPARE(studio.displayName(1), QStringLiteral("Peachy"));
+        QCOMPARE(changed.count(), 2);
+        studio.setTurtle(0); // the same companion again changes nothing that is shown
         QCOMPARE(changed.count(), 2);
     }
 };

@@ -1,4 +1,5 @@
 #include "app/Studio.h"
+#include "support/StudioFixture.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -24,7 +25,8 @@ private slots:
 
     void runDrawsFirstInstructionAtOnceAndFinishesOnce()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         studio.setSpeed(Studio::fastestSpeed);
         QSignalSpy finished(&studio, &Studio::drawingFinished);
@@ -47,7 +49,8 @@ private slots:
 
     void runMessageUsesTheCompanionsShownName()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setTurtle(2);
         studio.setCode(QStringLiteral("fd 10"));
         studio.run();
@@ -57,7 +60,8 @@ private slots:
 
     void stopThenStepContinuesWhereTheRunStopped()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         studio.setSpeed(Studio::slowestSpeed);
         QSignalSpy finished(&studio, &Studio::drawingFinished);
@@ -72,7 +76,8 @@ private slots:
         QCOMPARE(studio.strokes().size(), 1);
         QCOMPARE(studio.message(), QStringLiteral("Step 2 of 3: RIGHT 90"));
         studio.step();
-        QCOMPARE(studio.message(), QStringLiteral("Step 3 of 3: FORWARD 20"));
+        QCOMPARE(studio.currentCommand(), QStringLiteral("FORWARD 20"));
+        QCOMPARE(studio.message(), QStringLiteral("Nice experiment! Try the mission goal, or ask for a hint."));
         QCOMPARE(finished.count(), 1);
         QCOMPARE(studio.drawingSource(), threeSteps);
         QTest::qWait(400);
@@ -82,11 +87,14 @@ private slots:
 
     void steppingPastTheEndStartsAgainOnAFreshCanvas()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         QSignalSpy finished(&studio, &Studio::drawingFinished);
         const QStringList expected{QStringLiteral("Step 1 of 3: FORWARD 10"), QStringLiteral("Step 2 of 3: RIGHT 90"),
-                                   QStringLiteral("Step 3 of 3: FORWARD 20"), QStringLiteral("Step 1 of 3: FORWARD 10")};
+                                   // the last step hands over to the mission check, which speaks next
+                                   QStringLiteral("Nice experiment! Try the mission goal, or ask for a hint."),
+                                   QStringLiteral("Step 1 of 3: FORWARD 10")};
         for (int i = 0; i < expected.size(); ++i) {
             studio.step();
             QCOMPARE(studio.message(), expected.at(i));
@@ -99,7 +107,8 @@ private slots:
 
     void editingBetweenStepsStartsOver()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         studio.step();
         studio.step();
@@ -114,7 +123,8 @@ private slots:
 
     void aSecondRunRestartsFromAFreshCanvas()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(QStringLiteral("repeat 4 [fd 10 rt 90]"));
         studio.setSpeed(Studio::fastestSpeed);
         studio.run();
@@ -128,7 +138,8 @@ private slots:
 
     void speedChangesTheNextPause()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(QStringLiteral("fd 1 fd 1 fd 1 fd 1"));
         studio.setSpeed(0.2);
         QTimer *pause = pauseOf(studio);
@@ -165,14 +176,16 @@ private slots:
     {
         QFETCH(double, requested);
         QFETCH(double, kept);
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setSpeed(requested);
         QCOMPARE(studio.speed(), kept);
     }
 
     void aStoppedRunNeverFinishes()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
         studio.setSpeed(Studio::fastestSpeed);
         QSignalSpy finished(&studio, &Studio::drawingFinished);
@@ -192,7 +205,8 @@ private slots:
 
     void aRunRestartedFromANotificationFinishesOnlyOnce()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
         studio.setSpeed(Studio::fastestSpeed);
         QSignalSpy finished(&studio, &Studio::drawingFinished);
@@ -228,7 +242,8 @@ private slots:
         QFETCH(QString, program);
         QFETCH(bool, byStep);
         QFETCH(QString, message);
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         studio.step();
         studio.step();
@@ -275,7 +290,8 @@ private slots:
         QFETCH(QString, program);
         QFETCH(QString, label);
         QLocale::setDefault(locale);
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(program);
         studio.step();
         QCOMPARE(studio.currentCommand(), label);
@@ -283,7 +299,8 @@ private slots:
 
     void resetEmptiesCanvasQueueAndCounters()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         studio.setCode(threeSteps);
         for (int i = 0; i < 3; ++i)
             studio.step();
@@ -305,7 +322,8 @@ private slots:
 
     void turtleFieldsNotifyOnlyWhenTheyChange()
     {
-        Studio studio;
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
         QSignalSpy strokes(&studio, &Studio::strokesChanged);
         QSignalSpy point(&studio, &Studio::pointChanged);
         QSignalSpy heading(&studio, &Studio::headingChanged);

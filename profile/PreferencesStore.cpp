@@ -1,0 +1,123 @@
+#include "profile/PreferencesStore.h"
+
+#include <limits>
+
+namespace {
+
+std::optional<qint64> asInteger(const QVariant &v)
+{
+    switch (v.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::LongLong:
+        return v.toLongLong();
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+        if (v.toULongLong() <= quint64(std::numeric_limits<qint64>::max()))
+            return v.toLongLong();
+        return std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+PreferencesStore::~PreferencesStore() = default;
+
+std::optional<QList<qint64>> PreferencesStore::integerArray(const QString &key) const
+{
+    const QVariant v = value(key);
+    if (v.typeId() != QMetaType::QVariantList)
+        return std::nullopt;
+    const QVariantList elements = v.toList();
+    QList<qint64> numbers;
+    numbers.reserve(elements.size());
+    for (const QVariant &element : elements) {
+        const std::optional<qint64> number = asInteger(element);
+        if (!number)
+            return std::nullopt;
+        numbers.append(*number);
+    }
+    return numbers;
+}
+
+std::optional<QMap<QString, QString>> PreferencesStore::stringDictionary(const QString &key) const
+{
+    const QVariant v = value(key);
+    if (v.typeId() != QMetaType::QVariantMap)
+        return std::nullopt;
+    const QVariantMap entries = v.toMap();
+    QMap<QString, QString> texts;
+    for (auto it = entries.cbegin(); it != entries.cend(); ++it) {
+        if (it.value().typeId() != QMetaType::QString)
+            return std::nullopt;
+        texts.insert(it.key(), it.value().toString());
+    }
+    return texts;
+}
+
+std::optional<QString> PreferencesStore::string(const QString &key) const
+{
+    const QVariant v = value(key);
+    if (v.typeId() != QMetaType::QString)
+        return std::nullopt;
+    return v.toString();
+}
+
+qint64 PreferencesStore::integer(const QString &key) const
+{
+    return asInteger(value(key)).value_or(0);
+}
+
+bool PreferencesStore::boolean(const QString &key) const
+{
+    const QVariant v = value(key);
+    return v.typeId() == QMetaType::Bool && v.toBool();
+}
+
+std::optional<QByteArray> PreferencesStore::data(const QString &key) const
+{
+    const QVariant v = value(key);
+    if (v.typeId() != QMetaType::QByteArray)
+        return std::nullopt;
+    return v.toByteArray();
+}
+
+bool PreferencesStore::setString(const QString &key, const QString &value)
+{
+    return setValue(key, value);
+}
+
+bool PreferencesStore::setIntegerArray(const QString &key, const QList<qint64> &value)
+{
+    QVariantList elements;
+    elements.reserve(value.size());
+    for (const qint64 number : value)
+        elements.append(QVariant::fromValue(number));
+    return setValue(key, elements);
+}
+
+bool PreferencesStore::setStringDictionary(const QString &key, const QMap<QString, QString> &value)
+{
+    QVariantMap entries;
+    for (auto it = value.cbegin(); it != value.cend(); ++it)
+        entries.insert(it.key(), it.value());
+    return setValue(key, entries);
+}
+
+bool PreferencesStore::setData(const QString &key, const QByteArray &value)
+{
+    return setValue(key, value);
+}
+
+bool PreferencesStore::setInteger(const QString &key, qint64 value)
+{
+    return setValue(key, QVariant::fromValue(value));
+}
+
+bool PreferencesStore::setBoolean(const QString &key, bool value)
+{
+    return setValue(key, value);
+}

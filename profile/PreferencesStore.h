@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <optional>
+
+// The user's durable key-value store for saved state. Every value keeps the type it was
+// written with; a typed read of a value of another type behaves as if the key were absent,
+// so bad stored state falls back to defaults instead of being misread.
+//
+// A value is a string, an integer, a real, a boolean, binary data, or an array or a
+// dictionary (string keys) of such values. Writes are durable when they return.
+class PreferencesStore
+{
+public:
+    virtual ~PreferencesStore();
+
+    // Typed reads: absent or of another type gives std::nullopt, 0 or false.
+    // An array counts as integers only if every element is one; a dictionary counts as
+    // strings only if every value is one.
+    std::optional<QList<qint64>> integerArray(const QString &key) const;
+    std::optional<QMap<QString, QString>> stringDictionary(const QString &key) const;
+    std::optional<QString> string(const QString &key) const;
+    qint64 integer(const QString &key) const;
+    bool boolean(const QString &key) const;
+    std::optional<QByteArray> data(const QString &key) const;
+
+    // Typed writes replace whatever the key held. False when the write could not be made.
+    bool setString(const QString &key, const QString &value);
+    bool setIntegerArray(const QString &key, const QList<qint64> &value);
+    bool setStringDictionary(const QString &key, const QMap<QString, QString> &value);
+    bool setData(const QString &key, const QByteArray &value);
+    bool setInteger(const QString &key, qint64 value);
+    bool setBoolean(const QString &key, bool value);
+
+    // The stored value with its own type (QString, qint64, double, bool, QByteArray,
+    // QVariantList, QVariantMap), or an invalid QVariant when absent or unreadable.
+    virtual QVariant value(const QString &key) const = 0;
+
+    // Writes any value of the kinds above, also one of a type its reader does not expect
+    // (how a wrongly typed value is stored on purpose). False, and nothing written, when
+    // the value or one of its elements is of no such kind, or the write failed.
+    virtual bool setValue(const QString &key, const QVariant &value) = 0;
+
+    // Removing an absent key succeeds.
+    virtual bool remove(const QString &key) = 0;
+
+    // Every key the store holds, in ascending order.
+    virtual QStringList keys() const = 0;
+};
