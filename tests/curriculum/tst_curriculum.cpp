@@ -208,6 +208,10 @@ private slots:
             << 28 << "to square repeat 4 [forward 50 right 90] end square penup right 90 forward 80 left 90 "
                      "pendown square"
             << false;
+        QTest::newRow("star without any loop")
+            << 29 << "to star " + QStringLiteral("forward 110 right 144 ").repeated(5) + "end color purple "
+                   + QStringLiteral("star right 60 ").repeated(6)
+            << false;
         QTest::newRow("stars in pink") << 29 << QString(missions().at(29).solution).replace(QStringLiteral("purple"), QStringLiteral("pink"))
                                        << false;
         QTest::newRow("purple is the pen's own colour")

@@ -427,6 +427,8 @@ void TestLanguage::errors_data()
         << recipeChain(6, 1, QStringLiteral("fd 1")).chopped(2) + nestedRepeats(6, QStringLiteral("ra")) << kNested;
     QTest::newRow("self call at level 11") << QStringLiteral("to a a end ") + nestedRepeats(10, QStringLiteral("a"))
                                            << callsItself(QStringLiteral("A"));
+    QTest::newRow("recipe fine at level 1, too deep at level 10")
+        << QStringLiteral("to b repeat 1 [ fd 1 ] end b ") + nestedRepeats(10, QStringLiteral("b")) << kNested;
     QTest::newRow("self call would enter level 12") << QStringLiteral("to a a end ") + nestedRepeats(11, QStringLiteral("a"))
                                                     << kNested;
 
@@ -577,6 +579,9 @@ void TestLanguage::numbers_data()
     QTest::newRow("hex float") << QStringLiteral("0x1p4") << true << 16.0;
     QTest::newRow("hex fraction") << QStringLiteral("0x.8p1") << true << 1.0;
     QTest::newRow("zero") << QStringLiteral("0") << true << 0.0;
+    QTest::newRow("63 characters") << QString(62, u'0') + u'5' << true << 5.0;
+    QTest::newRow("64 characters") << QString(63, u'0') + u'5' << true << 5.0;
+    QTest::newRow("long decimal") << QStringLiteral("1.") + QString(200, u'0') << true << 1.0;
 
     QTest::newRow("inf") << QStringLiteral("inf") << false << 0.0;
     QTest::newRow("-inf") << QStringLiteral("-inf") << false << 0.0;
@@ -594,6 +599,8 @@ void TestLanguage::numbers_data()
     QTest::newRow("exponent without mantissa") << QStringLiteral("e5") << false << 0.0;
     QTest::newRow("hex prefix only") << QStringLiteral("0x") << false << 0.0;
     QTest::newRow("hex exponent without digits") << QStringLiteral("0x1p") << false << 0.0;
+    QTest::newRow("embedded NUL") << QStringLiteral("1") + QChar(0) << false << 0.0;
+    QTest::newRow("long with a letter at the end") << QString(100, u'1') + u'x' << false << 0.0;
     QTest::newRow("underscore") << QStringLiteral("1_000") << false << 0.0;
     QTest::newRow("thousands separator") << QStringLiteral("1.000,5") << false << 0.0;
     QTest::newRow("Arabic-Indic digits") << QStringLiteral("\u0665") << false << 0.0;

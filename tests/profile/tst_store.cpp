@@ -458,7 +458,7 @@ void TestStore::unusableLocation()
 // store must hold the last reported edit or the one in flight, and still open cleanly.
 void TestStore::keepsEveryReportedWriteAcrossKill()
 {
-    constexpr int rounds = 40;
+    constexpr int rounds = 50;
     QElapsedTimer clock;
     clock.start();
     QRandomGenerator random(QRandomGenerator::global()->generate());
@@ -469,7 +469,7 @@ void TestStore::keepsEveryReportedWriteAcrossKill()
         writer.start(QStringLiteral(STORE_WRITER), {path});
         QVERIFY(writer.waitForStarted());
         // Waiting for the end doubles as a sleep that keeps reading the reports.
-        QVERIFY(!writer.waitForFinished(int(random.bounded(15, 90))));
+        QVERIFY(!writer.waitForFinished(int(random.bounded(15, 120))));
         writer.kill();
         QVERIFY(writer.waitForFinished(5000));
         QCOMPARE(writer.exitStatus(), QProcess::CrashExit);

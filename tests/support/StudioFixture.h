@@ -15,3 +15,11 @@ struct StudioFixture
     // Another studio on the same store, as after a restart.
     std::unique_ptr<Studio> restart() const { return std::make_unique<Studio>(const_cast<SqlitePreferencesStore &>(store), false); }
 };
+
+// Carries out the program in the editor step by step to its end, as pressing Step would.
+inline void stepToEnd(Studio &studio)
+{
+    studio.step();
+    while (studio.stepIndex() < studio.stepTotal())
+        studio.step();
+}
