@@ -140,6 +140,12 @@ void Studio::setPlayerSettings(bool shown) { assign(this, m_playerSettings, show
 void Studio::setWelcome(bool shown) { assign(this, m_welcome, shown, &Studio::welcomeChanged); }
 void Studio::setCompanionSettings(bool shown) { assign(this, m_companionSettings, shown, &Studio::companionSettingsChanged); }
 void Studio::setMessage(const QString &message) { assign(this, m_message, message, &Studio::messageChanged); }
+void Studio::setCreations(const QList<Creation> &creations)
+{
+    m_creations = creations;
+    emit creationsChanged();
+}
+
 void Studio::setHint(int hint) { assign(this, m_hint, hint, &Studio::hintChanged); }
 void Studio::setFree(bool free) { assign(this, m_free, free, &Studio::freeChanged); }
 void Studio::setCelebration(bool shown) { assign(this, m_celebration, shown, &Studio::celebrationChanged); }
@@ -148,6 +154,7 @@ void Studio::setGallery(bool shown) { assign(this, m_gallery, shown, &Studio::ga
 void Studio::setSaving(bool shown) { assign(this, m_saving, shown, &Studio::savingChanged); }
 void Studio::setGuide(bool shown) { assign(this, m_guide, shown, &Studio::guideChanged); }
 void Studio::setMap(bool shown) { assign(this, m_map, shown, &Studio::mapChanged); }
+void Studio::setCreationTitle(const QString &title) { assign(this, m_creationTitle, title, &Studio::creationTitleChanged); }
 void Studio::setShowTarget(bool shown) { assign(this, m_showTarget, shown, &Studio::showTargetChanged); }
 void Studio::setRunning(bool running) { assign(this, m_running, running, &Studio::runningChanged); }
 void Studio::setStepIndex(int index) { assign(this, m_stepIndex, index, &Studio::stepIndexChanged); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "gallery/Creation.h"
 #include "language/Instruction.h"
 #include "turtle/Stroke.h"
 #include "turtle/Turtle.h"
@@ -47,6 +48,8 @@ class Studio : public QObject
     Q_PROPERTY(bool saving READ saving WRITE setSaving NOTIFY savingChanged)
     Q_PROPERTY(bool guide READ guide WRITE setGuide NOTIFY guideChanged)
     Q_PROPERTY(bool map READ map WRITE setMap NOTIFY mapChanged)
+    Q_PROPERTY(QList<Creation> creations READ creations NOTIFY creationsChanged)
+    Q_PROPERTY(QString creationTitle READ creationTitle WRITE setCreationTitle NOTIFY creationTitleChanged)
     Q_PROPERTY(bool showTarget READ showTarget WRITE setShowTarget NOTIFY showTargetChanged)
     Q_PROPERTY(double speed READ speed WRITE setSpeed NOTIFY speedChanged)
     Q_PROPERTY(int stepIndex READ stepIndex NOTIFY stepIndexChanged)
@@ -120,6 +123,9 @@ public:
     void setGuide(bool shown);
     bool map() const { return m_map; }
     void setMap(bool shown);
+    const QList<Creation> &creations() const { return m_creations; }
+    const QString &creationTitle() const { return m_creationTitle; }
+    void setCreationTitle(const QString &title);
     bool showTarget() const { return m_showTarget; }
     void setShowTarget(bool shown);
     double speed() const { return m_speed; }
@@ -167,6 +173,10 @@ public:
     int announcedTheme() const;
     bool announcesRoyalCompanion() const;
 
+    // The gallery and picture export
+    Q_INVOKABLE void saveCreation();
+    void openCreation(const Creation &creation);
+
     // Saved state and erase
     void resetGame();
     Q_INVOKABLE void requestGameReset();
@@ -212,6 +222,8 @@ signals:
     void savingChanged();
     void guideChanged();
     void mapChanged();
+    void creationsChanged();
+    void creationTitleChanged();
     void showTargetChanged();
     void speedChanged();
     void stepIndexChanged();
@@ -234,6 +246,7 @@ private:
     void setPlayerName(const QString &name);
     void setHasCompletedWelcome(bool done);
     void setTurtleNames(const QMap<QString, QString> &names);
+    void setCreations(const QList<Creation> &creations);
     void setHint(int hint);
     void setFree(bool free);
     void setFreshReward(bool fresh);
@@ -281,6 +294,8 @@ private:
     bool m_saving = false;
     bool m_guide = false;
     bool m_map = false;
+    QList<Creation> m_creations;
+    QString m_creationTitle;
     bool m_showTarget = false;
     double m_speed = defaultSpeed;
     int m_stepIndex = 0;

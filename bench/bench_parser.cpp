@@ -74,6 +74,12 @@ void parseProgram(benchmark::State &state, const QString &program)
     }
 }
 
+void tokenizeOnly(benchmark::State &state, const QString &program)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(LogoParser(program).tokens);
+}
+
 void parseAndSimulate(benchmark::State &state, const QString &program)
 {
     for (auto _ : state)
@@ -82,6 +88,7 @@ void parseAndSimulate(benchmark::State &state, const QString &program)
 
 } // namespace
 
+BENCHMARK_CAPTURE(tokenizeOnly, most_tokens_12000, mostTokens())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(parseProgram, most_tokens_12000, mostTokens())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(parseAndSimulate, most_tokens_12000, mostTokens())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(parseProgram, nested_repeats_2000, nestedRepeats())->Unit(benchmark::kMicrosecond);
@@ -92,10 +99,3 @@ BENCHMARK_CAPTURE(parseProgram, recipes_calling_recipes, recipesCallingRecipes()
 BENCHMARK_CAPTURE(parseAndSimulate, recipes_calling_recipes, recipesCallingRecipes())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(parseProgram, refused_at_2001_steps, tooManySteps())->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(parseAndSimulate, refused_at_2001_steps, tooManySteps())->Unit(benchmark::kMicrosecond);
-static void tokenizeOnly(benchmark::State &state)
-{
-    const QString program = mostTokens();
-    for (auto _ : state)
-        benchmark::DoNotOptimize(LogoParser(program).tokens);
-}
-BENCHMARK(tokenizeOnly)->Unit(benchmark::kMicrosecond);

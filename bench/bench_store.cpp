@@ -5,7 +5,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
@@ -19,16 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-// Qt SQL loads its drivers only once an application object exists.
-void ensureApplication()
-{
-    static int argc = 1;
-    static char name[] = "marblecove_bench";
-    static char *argv[] = {name, nullptr};
-    if (!QCoreApplication::instance())
-        new QCoreApplication(argc, argv);
-}
 
 // About 200 characters, different on every edit.
 QString codeEdit(qint64 edit)
@@ -74,7 +63,6 @@ private:
 
 void storeWrite(benchmark::State &state)
 {
-    ensureApplication();
     QTemporaryDir dir(benchFolderTemplate());
     const QString path = dir.filePath(QStringLiteral("preferences.sqlite"));
     if (state.range(0) != 0) {

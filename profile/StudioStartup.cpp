@@ -2,6 +2,8 @@
 
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
+#include "gallery/CreationCodec.h"
+#include "profile/CompanionPictures.h"
 #include "profile/NameRules.h"
 #include "profile/PreferencesStore.h"
 
@@ -23,7 +25,6 @@ const QString welcomeKey = QStringLiteral("hasCompletedWelcome");
 
 // The companion picture sheet: 2 × 2 pictures, Clover, Peaches, then Orbit, Your Majesty.
 const QString pictureSheet = QStringLiteral(":/marblecove/resources/turtles.png");
-constexpr int pictureSize = 200;
 
 bool isGameKey(const QString &key)
 {
@@ -56,6 +57,11 @@ void Studio::startUp(bool loadAssets)
     if (themes().at(m_theme).unlock > badges())
         setTheme(0);
 
+    if (const auto data = m_defaults.data(creationsKey)) {
+        if (auto creations = decodeCreations(*data))
+            setCreations(*creations);
+    }
+
     if (loadAssets)
         loadCompanionPictures();
 
@@ -68,20 +74,7 @@ void Studio::startUp(bool loadAssets)
 // A missing or unreadable sheet leaves the list empty; every screen copes with that.
 void Studio::loadCompanionPictures()
 {
-    QImageReader reader(pictureSheet);
-    const QImage sheet = reader.read();
-    if (sheet.isNull())
-        return;
-    const int w = sheet.width() / 2;
-    const int h = sheet.height() / 2;
-    if (w == 0 || h == 0)
-        return;
-    for (const QPoint corner : {QPoint(0, 0), QPoint(w, 0), QPoint(0, h), QPoint(w, h)}) {
-        const QImage picture = sheet.copy(QRect(corner, QSize(w, h)))
-                                   .scaled(pictureSize, pictureSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        if (!picture.isNull())
-            m_images.append(picture);
-    }
+    m_images = cutCompanionPictures(QImageReader(pictureSheet).read());
 }
 
 void Studio::resetGame()
@@ -92,6 +85,8 @@ void Studio::resetGame()
     setFree(false);
     setCode(missions().first().starter);
     setCompleted({});
+    setCreations({});
+    setCreationTitle(QString());
     setPlayerName(QString());
     setTurtleNames({});
     setTurtle(0);

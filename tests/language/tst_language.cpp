@@ -119,9 +119,9 @@ Outcome parseProgram(const QString &text)
     try {
         return {false, QString(), parser.parse()};
     } catch (const LogoError &error) {
-        // The status line shows the description; it must be the message itself.
+        // The status line shows errorDescription(), which must be the message itself.
         if (error.errorDescription() != error.message())
-            return {true, QStringLiteral("description differs from message"), {}};
+            return {true, QStringLiteral("errorDescription() differs from message()"), {}};
         return {true, error.message(), {}};
     }
 }
@@ -166,6 +166,8 @@ private slots:
     void tokens();
     void instructions_data();
     void instructions();
+    void instructionsUnderGermanLocale_data();
+    void instructionsUnderGermanLocale();
     void errors_data();
     void errors();
     void numbers_data();
@@ -225,6 +227,8 @@ void TestLanguage::tokens_data()
     };
     for (const auto &[name, space] : spaces)
         QTest::newRow(name) << QStringLiteral("fd") + QChar(space) + QStringLiteral("100") << QStringLiteral("fd|100");
+    QTest::newRow("unit separator is not white space") << QStringLiteral("fd") + QChar(0x1F) + QStringLiteral("100")
+                                                       << QStringLiteral("fd") + QChar(0x1F) + QStringLiteral("100");
     QTest::newRow("zero-width space is not white space") << QStringLiteral("fd\u200B100") << QStringLiteral("fd\u200B100");
 }
 
@@ -318,6 +322,8 @@ void TestLanguage::instructions_data()
     QTest::newRow("Cyrillic recipe name")
         << QStringLiteral("to \u0437\u0432\u0435\u0437\u0434\u0430 rt 1 end \u0417\u0432\u0435\u0437\u0434\u0430")
         << QStringLiteral("right 1");
+    QTest::newRow("recipe name beyond the BMP") << QStringLiteral("to \U00010400 fd 3 end \U00010428")
+                                                << QStringLiteral("forward 3");
     QTest::newRow("CJK recipe name") << QStringLiteral("to \u661F fd 2 end \u661F") << QStringLiteral("forward 2");
     QTest::newRow("recipe calls a later recipe") << QStringLiteral("to a b b end to b fd 1 end a")
                                                  << QStringLiteral("forward 1, forward 1");
@@ -352,6 +358,17 @@ void TestLanguage::instructions()
     const Outcome outcome = parseProgram(program);
     QVERIFY2(!outcome.failed, qPrintable(outcome.message));
     QCOMPARE(render(outcome.instructions), expected);
+}
+
+void TestLanguage::instructionsUnderGermanLocale_data()
+{
+    instructions_data();
+}
+
+void TestLanguage::instructionsUnderGermanLocale()
+{
+    const GermanLocale german;
+    instructions();
 }
 
 void TestLanguage::errors_data()
@@ -389,6 +406,7 @@ void TestLanguage::errors_data()
             << QStringLiteral("to ") + word + QStringLiteral(" fd 1 end") << kBadName;
     QTest::newRow("upper-case builtin name") << QStringLiteral("TO Forward fd 1 END") << kBadName;
     QTest::newRow("name with digit") << QStringLiteral("to square2 fd 1 end") << kBadName;
+    QTest::newRow("name with a non-Latin digit") << QStringLiteral("to petal\u0663 fd 1 end") << kBadName;
     QTest::newRow("name is a number") << QStringLiteral("to 5 fd 1 end") << kBadName;
     QTest::newRow("name with underscore") << QStringLiteral("to pet_al fd 1 end") << kBadName;
     QTest::newRow("name with hyphen") << QStringLiteral("to pet-al fd 1 end") << kBadName;
@@ -528,6 +546,7 @@ void TestLanguage::errors_data()
     QTest::newRow("color number") << QStringLiteral("color 5") << kColorUnknown;
     QTest::newRow("color only quotes") << QStringLiteral("color \"\"") << kColorUnknown;
     QTest::newRow("color bracket") << QStringLiteral("color [ red ]") << kColorUnknown;
+    QTest::newRow("color in curly quotes") << QStringLiteral("color \u201Cred\u201D") << kColorUnknown;
     QTest::newRow("color glued word") << QStringLiteral("color redd") << kColorUnknown;
 
     // Unknown words, shown as typed after lower-casing.

@@ -1,5 +1,6 @@
 #include "app/Studio.h"
 #include "curriculum/Missions.h"
+#include "profile/CompanionPictures.h"
 #include "support/StudioFixture.h"
 
 #include <QDir>
@@ -309,6 +310,35 @@ private slots:
         QCOMPARE(fixture.store.stringDictionary(QStringLiteral("turtleNames")),
                  (QMap<QString, QString>{{QStringLiteral("3"), QStringLiteral("Your Majesty")}}));
         QCOMPARE(fixture.store.integer(QStringLiteral("turtle")), 3);
+    }
+
+    void companionPicturesAreCutRowByRow_data()
+    {
+        QTest::addColumn<QSize>("sheetSize");
+        QTest::newRow("even") << QSize(800, 800);
+        QTest::newRow("odd and wide") << QSize(641, 403);
+    }
+
+    void companionPicturesAreCutRowByRow()
+    {
+        QFETCH(QSize, sheetSize);
+        QImage sheet(sheetSize, QImage::Format_RGB32);
+        const QList<QColor> colours{Qt::red, Qt::green, Qt::blue, Qt::yellow};
+        const int w = sheetSize.width() / 2;
+        const int h = sheetSize.height() / 2;
+        sheet.fill(Qt::black);
+        for (int y = 0; y < 2 * h; ++y)
+            for (int x = 0; x < 2 * w; ++x)
+                sheet.setPixelColor(x, y, colours.at((y / h) * 2 + x / w));
+        const QList<QImage> pictures = cutCompanionPictures(sheet);
+        QCOMPARE(pictures.size(), 4);
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(pictures.at(i).size(), QSize(200, 200));
+            QCOMPARE(pictures.at(i).pixelColor(100, 100), colours.at(i));
+            QCOMPARE(pictures.at(i).pixelColor(199, 199), colours.at(i));
+        }
+        QVERIFY(cutCompanionPictures(QImage()).isEmpty());
+        QVERIFY(cutCompanionPictures(QImage(1, 1, QImage::Format_RGB32)).isEmpty());
     }
 
     void textsBuiltFromTheName_data()
