@@ -1,0 +1,258 @@
+#include "app/Studio.h"
+#include "gallery/CreationCodec.h"
+#include "support/StudioFixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+
+namespace {
+
+const QString square = QStringLiteral("repeat 4 [fd 50 rt 90]");
+
+// A drawing carried out to its end in free play, ready to be saved.
+void drawInFreePlay(Studio &studio, const QString &code)
+{
+    studio.enterFree();
+    studio.setCode(code);
+    stepToEnd(studio);
+}
+
+void saveAs(Studio &studio, const QString &title)
+{
+    studio.setSaving(true);
+    studio.setCreationTitle(title);
+    studio.saveCreation();
+}
+
+const char *validCreation =
+    "{\"theme\":2,\"strokes\":[{\"width\":4,\"color\":\"pink\",\"to\":[0,-10],\"from\":[0,0]}],\"turtle\":1,"
+    "\"date\":700000000.25,\"code\":\"fd 10\",\"title\":\"Tiny\","
+    "\"id\":\"0f8fad5b-d9cb-469f-a165-70867728950e\",\"mood\":\"happy\"}";
+
+const char *expectedStart =
+    "[{\"id\":\"0F8FAD5B-D9CB-469F-A165-70867728950E\",\"title\":\"Tiny \\\"one\\\"\","
+    "\"code\":\"fd 10\\n\",\"date\":10.5,\"turtle\":1,\"theme\":2,\"strokes\":[{";
+
+} // namespace
+
+class GalleryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aSavedGalleryComesBackAfterARestart()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        studio.setTheme(0);
+        drawInFreePlay(studio, square);
+        saveAs(studio, QStringLiteral("  Box  "));
+        QCOMPARE(studio.message(), QStringLiteral("‘Box’ is safe in your gallery."));
+        QVERIFY(!studio.saving());
+        QVERIFY(studio.saveCompanion(2, QStringLiteral("Orbit")));
+        drawInFreePlay(studio, QStringLiteral("color red width 7 fd 33.3 rt 120 fd 12.5"));
+        saveAs(studio, QString(100, u'x'));
+
+        const QList<Creation> saved = studio.creations();
+        QCOMPARE(saved.size(), 2);
+        QCOMPARE(saved.at(0).title, QString(80, u'x'));
+        QCOMPARE(saved.at(1).title, QStringLiteral("Box"));
+        QCOMPARE(saved.at(0).turtle, 2);
+        QCOMPARE(saved.at(0).strokes.size(), 2);
+        QVERIFY(saved.at(0).id != saved.at(1).id);
+
+        const auto again = fixture.restart();
+        QCOMPARE(again->creations(), saved); // ids, titles, codes, dates, companions, themes, strokes
+
+        const QJsonArray stored = QJsonDocument::fromJson(*fixture.store.data(QStringLiteral("creations"))).array();
+        QCOMPARE(stored.size(), 2);
+        QCOMPARE(stored.at(0).toObject().value(QStringLiteral("title")).toString(), QString(80, u'x'));
+    }
+
+    void theStoredFormIsCompactAndOrdered()
+    {
+        Creation creation;
+        creation.id = QUuid(QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}"));
+        creation.title = QStringLiteral("Tiny \"one\"");
+        creation.code = QStringLiteral("fd 10\n");
+        creation.date = QDateTime(QDate(2001, 1, 1), QTime(0, 0, 10, 500), Qt::UTC);
+        creation.turtle = 1;
+        creation.theme = 2;
+        creation.strokes = {Stroke{QPointF(0, 0), QPointF(0, -10), QStringLiteral("pink"), 4}};
+        const QByteArray text = encodeCreations({creation});
+        QVERIFY2(text.startsWith(expectedStart), text.constData());
+        QCOMPARE(text.count(' '), 2); // only the blanks inside the title and the code
+        QCOMPARE(decodeCreations(text), std::optional<QList<Creation>>(QList<Creation>{creation}));
+        QCOMPARE(encodeCreations({}), QByteArray("[]"));
+    }
+
+    void handWrittenGalleries_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<bool>("readable");
+        const QJsonObject valid = QJsonDocument::fromJson(QByteArray("[") + validCreation + "]").array().first().toObject();
+        QTest::newRow("any key order, lower-case id, extra key") << QByteArray("[") + validCreation + "]" << true;
+        QTest::newRow("empty list") << QByteArray("[]") << true;
+        for (const QString &key : {"id", "title", "code", "date", "turtle", "theme", "strokes"}) {
+            QJsonObject missing = valid;
+            missing.remove(key);
+            QTest::addRow("missing %s", qPrintable(key))
+                << QJsonDocument(QJsonArray{valid, missing}).toJson(QJsonDocument::Compact) << false;
+        }
+        const QList<std::pair<const char *, QJsonValue>> wrong{
+            {"id", QStringLiteral("0f8fad5b-d9cb-469f-a165-70867728950")},
+            {"id", QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}")},
+            {"id", QStringLiteral("0f8fad5bd9cb469fa16570867728950e")},
+            {"id", QStringLiteral("0f8fad5b-d9cb-469f-a165-70867728950g")},
+            {"title", 5},
+            {"code", QJsonValue::Null},
+            {"date", QStringLiteral("yesterday")},
+            {"turtle", 1.5},
+            {"theme", QStringLiteral("2")},
+            {"strokes", QJsonObject()},
+            {"strokes", QJsonArray{QJsonObject{{"from", QJsonArray{0, 0}}}}},
+        };
+        for (const auto &[key, value] : wrong) {
+            QJsonObject bad = valid;
+            bad.insert(QLatin1String(key), value);
+            QTest::addRow("wrong %s: %s", key, QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).constData())
+                << QJsonDocument(QJsonArray{bad, valid}).toJson(QJsonDocument::Compact) << false;
+        }
+        QTest::newRow("not JSON") << QByteArray("[{") << false;
+        QTest::newRow("an object, not a list") << QByteArray(validCreation) << false;
+    }
+
+    void handWrittenGalleries()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(bool, readable);
+        StudioFixture fixture;
+        fixture.store.setData(QStringLiteral("creations"), json);
+        const auto studio = fixture.restart();
+        QCOMPARE(decodeCreations(json).has_value(), readable);
+        if (!readable)
+            QVERIFY(studio->creations().isEmpty());
+        QCOMPARE(fixture.store.data(QStringLiteral("creations")), std::optional<QByteArray>(json)); // untouched
+        if (readable && !studio->creations().isEmpty()) {
+            const Creation &tiny = studio->creations().first();
+            QCOMPARE(tiny.id, QUuid(QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}")));
+            QCOMPARE(tiny.date, QDateTime::fromMSecsSinceEpoch(qint64(978307200 + 700000000) * 1000 + 250, Qt::UTC));
+            QCOMPARE(tiny.theme, 2);
+            QCOMPARE(tiny.strokes.first().to, QPointF(0, -10));
+        }
+    }
+
+    void savingNeedsTheFinishedDrawingOfTheCurrentCode_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::newRow("edited after the run") << "edited";
+        QTest::newRow("run stopped halfway") << "stopped";
+        QTest::newRow("still running") << "running";
+        QTest::newRow("never run") << "fresh";
+    }
+
+    void savingNeedsTheFinishedDrawingOfTheCurrentCode()
+    {
+        QFETCH(QString, situation);
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        studio.enterFree();
+        studio.setCode(square);
+        if (situation == u"edited") {
+            stepToEnd(studio);
+            studio.setCode(square + QStringLiteral(" fd 5"));
+        } else if (situation != u"fresh") {
+            studio.setSpeed(Studio::slowestSpeed);
+            studio.run();
+            if (situation == u"stopped")
+                studio.stop();
+        }
+        saveAs(studio, QStringLiteral("Box"));
+        QCOMPARE(studio.message(), QStringLiteral("Run your latest code all the way through before saving."));
+        QVERIFY(!studio.saving());
+        QVERIFY(studio.creations().isEmpty());
+        QVERIFY(!fixture.store.data(QStringLiteral("creations")));
+        studio.stop();
+    }
+
+    void aBlankTitleDoesNothing()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        drawInFreePlay(studio, square);
+        const QString message = studio.message();
+        saveAs(studio, QStringLiteral(" \n\t "));
+        QVERIFY(studio.saving());
+        QCOMPARE(studio.message(), message);
+        QVERIFY(studio.creations().isEmpty());
+    }
+
+    void aRunToTheEndCanBeSaved()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        studio.enterFree();
+        studio.setCode(square);
+        studio.setSpeed(Studio::fastestSpeed);
+        studio.run();
+        QTRY_VERIFY(!studio.running());
+        saveAs(studio, QStringLiteral("Quick box"));
+        QCOMPARE(studio.creations().size(), 1);
+        QCOMPARE(studio.creations().first().strokes.size(), 4);
+    }
+
+    void reopeningACreationRemixesItInFreePlay()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2});
+        Creation creation;
+        creation.title = QStringLiteral("Pointy");
+        creation.code = QStringLiteral("color red rt 90 fd 40 pu fd 10");
+        creation.turtle = 2;
+        creation.theme = 3; // not earned: reopening does not ask
+        creation.strokes = {Stroke{QPointF(0, 0), QPointF(40, 0), QStringLiteral("red"), 4}};
+        studio.setGallery(true);
+        studio.openCreation(creation);
+        QVERIFY(studio.free());
+        QVERIFY(!studio.gallery());
+        QCOMPARE(studio.code(), creation.code);
+        QCOMPARE(studio.turtle(), 2);
+        QCOMPARE(studio.theme(), 3);
+        QCOMPARE(studio.strokes(), creation.strokes);
+        QCOMPARE(studio.plannedStrokes(), creation.strokes);
+        QCOMPARE(studio.point(), QPointF(50, 0));
+        QVERIFY(!studio.pen());
+        QCOMPARE(studio.message(), QStringLiteral("Opened ‘Pointy’. Remix it and save a new copy."));
+        QCOMPARE(fixture.store.string(QStringLiteral("freeCode")), creation.code);
+        QCOMPARE(fixture.store.integer(QStringLiteral("theme")), 3);
+
+        saveAs(studio, QStringLiteral("Pointy again")); // a reopened creation counts as a finished run
+        QCOMPARE(studio.creations().size(), 1);
+        QCOMPARE(studio.creations().first().strokes, creation.strokes);
+
+        creation.code = QStringLiteral("fd 10 jump");
+        studio.openCreation(creation);
+        QVERIFY(studio.strokes().isEmpty());
+        QCOMPARE(studio.code(), creation.code);
+    }
+
+    void eraseEmptiesTheGallery()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        drawInFreePlay(studio, square);
+        saveAs(studio, QStringLiteral("Box"));
+        studio.setCreationTitle(QStringLiteral("draft"));
+        studio.requestGameReset();
+        studio.finishProfileDismissal();
+        QVERIFY(studio.creations().isEmpty());
+        QCOMPARE(studio.creationTitle(), QString());
+        QVERIFY(!fixture.store.data(QStringLiteral("creations")));
+    }
+};
+
+QTEST_GUILESS_MAIN(GalleryTest)
+#include "tst_gallery.moc"
