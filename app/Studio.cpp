@@ -173,3 +173,8 @@ void Studio::setPlannedStrokes(const QList<Stroke> &strokes)
     m_plannedStrokes = strokes;
     emit plannedStrokesChanged();
 }
+
+void Studio::setDrawingSource(const QString &source)
+{
+    assign(this, m_drawingSource, source, &Studio::drawingSourceChanged);
+}

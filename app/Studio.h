@@ -58,6 +58,7 @@ class Studio : public QObject
     Q_PROPERTY(bool freshReward READ freshReward NOTIFY freshRewardChanged)
     Q_PROPERTY(QList<Stroke> targetStrokes READ targetStrokes NOTIFY targetStrokesChanged)
     Q_PROPERTY(QList<Stroke> plannedStrokes READ plannedStrokes NOTIFY plannedStrokesChanged)
+    Q_PROPERTY(QString drawingSource READ drawingSource NOTIFY drawingSourceChanged)
     Q_PROPERTY(QStringList names READ names CONSTANT)
 
     // Derived from the state above.
@@ -144,6 +145,8 @@ public:
     const QString &drawingSource() const { return m_drawingSource; }
     QStringList names() const { return m_names; }
     const QList<QImage> &images() const { return m_images; }
+    // A companion's picture; a null image when it is missing.
+    Q_INVOKABLE QImage picture(int index) const { return m_images.value(index); }
 
     // The turtle
     void apply(const Instruction &instruction);
@@ -176,6 +179,11 @@ public:
     // The gallery and picture export
     Q_INVOKABLE void saveCreation();
     void openCreation(const Creation &creation);
+    QByteArray pngData() const;
+    // Whether there is a picture to export; otherwise says so, and no save dialog should open.
+    Q_INVOKABLE bool prepareExport();
+    // Writes the picture to the place the child chose in the save dialog.
+    Q_INVOKABLE void exportPNG(const QString &path);
 
     // Saved state and erase
     void resetGame();
@@ -232,6 +240,7 @@ signals:
     void freshRewardChanged();
     void targetStrokesChanged();
     void plannedStrokesChanged();
+    void drawingSourceChanged();
     void turtleNameChanged();
     void announcementsChanged();
     void needsIntroductionChanged();
@@ -255,6 +264,7 @@ private:
     void setStepTotal(int total);
     void setCurrentCommand(const QString &command);
     void setPlannedStrokes(const QList<Stroke> &strokes);
+    void setDrawingSource(const QString &source);
     // Replaces the code without saving it: stored or starter code is already where it belongs.
     void loadCode(const QString &code);
     // Emits for every observed turtle field that changed since these readings.

@@ -41,7 +41,7 @@ void Studio::enterFree()
 
 void Studio::finish()
 {
-    m_drawingSource = m_queuedSource;
+    setDrawingSource(m_queuedSource);
     if (!m_free && passes(m_queuedSource)) {
         const bool fresh = !m_completed.contains(m_mission);
         QSet<int> completed = m_completed;

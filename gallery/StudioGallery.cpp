@@ -48,7 +48,7 @@ void Studio::openCreation(const Creation &creation)
     setTurtle(creation.turtle);
     setTheme(creation.theme);
     setPlannedStrokes(creation.strokes);
-    m_drawingSource = m_code;
+    setDrawingSource(m_code);
     resetDrawing();
     try {
         LogoParser parser(m_code);

@@ -24,7 +24,7 @@ const QString themeKey = QStringLiteral("theme");
 const QString welcomeKey = QStringLiteral("hasCompletedWelcome");
 
 // The companion picture sheet: 2 × 2 pictures, Clover, Peaches, then Orbit, Your Majesty.
-const QString pictureSheet = QStringLiteral(":/marblecove/resources/turtles.png");
+const QString pictureSheet = QStringLiteral(":/MarbleCove/resources/turtles.png");
 
 bool isGameKey(const QString &key)
 {

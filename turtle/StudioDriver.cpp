@@ -94,7 +94,7 @@ void Studio::reset()
     resetDrawing();
     m_queue.clear();
     m_queuedSource.clear();
-    m_drawingSource.clear();
+    setDrawingSource(QString());
     setCurrentCommand(QString());
     setStepIndex(0);
     setStepTotal(0);

@@ -1,7 +1,9 @@
 #include "app/Studio.h"
+#include "curriculum/Themes.h"
 #include "gallery/CreationCodec.h"
 #include "support/StudioFixture.h"
 
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -237,6 +239,66 @@ private slots:
         studio.openCreation(creation);
         QVERIFY(studio.strokes().isEmpty());
         QCOMPARE(studio.code(), creation.code);
+    }
+
+    void exportNeedsADrawing()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        const QString path = fixture.folder.filePath(QStringLiteral("Marble Cove creation.png"));
+        QVERIFY(!studio.prepareExport());
+        QCOMPARE(studio.message(), QStringLiteral("Draw something first, then export your picture."));
+        studio.setMessage(QString());
+        studio.exportPNG(path);
+        QCOMPARE(studio.message(), QStringLiteral("Draw something first, then export your picture."));
+        QVERIFY(!QFile::exists(path));
+    }
+
+    void exportWritesThePictureOnTheThemeColour()
+    {
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        drawInFreePlay(studio, square);
+        const QString path = fixture.folder.filePath(QStringLiteral("Marble Cove creation.png"));
+        QFile old(path);
+        QVERIFY(old.open(QIODevice::WriteOnly));
+        old.write("an older file of the same name");
+        old.close();
+
+        QVERIFY(studio.prepareExport());
+        studio.exportPNG(path);
+        QCOMPARE(studio.message(), QStringLiteral("Your picture is exported!"));
+        const QImage meadow(path);
+        QCOMPARE(meadow.size(), QSize(1200, 1000));
+        QCOMPARE(meadow.pixelColor(0, 0).alpha(), 0);
+
+        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2, 3, 4, 5});
+        const auto restarted = fixture.restart();
+        drawInFreePlay(*restarted, square);
+        restarted->setTheme(1);
+        restarted->exportPNG(path);
+        const QImage peach(path);
+        QVERIFY(meadow.pixelColor(600, 900) != peach.pixelColor(600, 900));
+        QCOMPARE(peach.pixelColor(600, 900).rgb(), themes().at(1).color.rgb());
+    }
+
+    void exportToAPlaceThatCannotBeWritten_data()
+    {
+        QTest::addColumn<QString>("place");
+        QTest::newRow("missing folder") << "no such folder/picture.png";
+        QTest::newRow("a folder, not a file") << "";
+    }
+
+    void exportToAPlaceThatCannotBeWritten()
+    {
+        QFETCH(QString, place);
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        drawInFreePlay(studio, square);
+        const QString path = place.isEmpty() ? fixture.folder.path() : fixture.folder.filePath(place);
+        studio.exportPNG(path);
+        QCOMPARE(studio.message(), QStringLiteral("I couldn't save there. Try another folder."));
+        QVERIFY(!QFile::exists(fixture.folder.filePath(QStringLiteral("no such folder"))));
     }
 
     void eraseEmptiesTheGallery()

@@ -1,0 +1,74 @@
+// Saving a creation into a large gallery, and start-up with that gallery in the store.
+#include "app/Studio.h"
+#include "gallery/CreationCodec.h"
+#include "profile/SqlitePreferencesStore.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QTemporaryDir>
+
+namespace {
+
+constexpr int galleryCreations = 200;
+constexpr int strokesEach = 500;
+
+// 500 strokes: a spiral that never repeats a stroke.
+const QString spiral = QStringLiteral("repeat 250 [fd 3.7 rt 14.3 fd 1.1 rt 7.9]");
+
+QByteArray largeGallery()
+{
+    Creation creation;
+    creation.title = QStringLiteral("Spiral");
+    creation.code = spiral;
+    creation.strokes = simulate(spiral);
+    QList<Creation> creations;
+    for (int i = 0; i < galleryCreations; ++i) {
+        creation.id = QUuid::createUuid();
+        creations.append(creation);
+    }
+    return encodeCreations(creations);
+}
+
+void saveCreationIntoLargeGallery(benchmark::State &state)
+{
+    QTemporaryDir folder;
+    SqlitePreferencesStore store(folder.filePath(QStringLiteral("preferences.sqlite")));
+    const QByteArray gallery = largeGallery();
+    state.counters["galleryMB"] = double(gallery.size()) / 1e6;
+    for (auto _ : state) {
+        state.PauseTiming();
+        store.setData(QStringLiteral("creations"), gallery);
+        Studio studio(store, false);
+        Creation drawing;
+        drawing.code = spiral;
+        drawing.strokes = simulate(spiral);
+        studio.openCreation(drawing);
+        studio.setCreationTitle(QStringLiteral("One more spiral"));
+        if (studio.creations().size() != galleryCreations || studio.strokes().size() != strokesEach) {
+            state.SkipWithError("the gallery did not load");
+            break;
+        }
+        state.ResumeTiming();
+        studio.saveCreation();
+        benchmark::DoNotOptimize(studio.creations().size());
+    }
+}
+
+void startUpWithLargeGallery(benchmark::State &state)
+{
+    QTemporaryDir folder;
+    SqlitePreferencesStore store(folder.filePath(QStringLiteral("preferences.sqlite")));
+    store.setData(QStringLiteral("creations"), largeGallery());
+    for (auto _ : state) {
+        Studio studio(store, false);
+        if (studio.creations().size() != galleryCreations) {
+            state.SkipWithError("the gallery did not load");
+            break;
+        }
+    }
+}
+
+} // namespace
+
+BENCHMARK(saveCreationIntoLargeGallery)->Unit(benchmark::kMillisecond)->Iterations(10)->Repetitions(5);
+BENCHMARK(startUpWithLargeGallery)->Unit(benchmark::kMillisecond)->Iterations(10)->Repetitions(5);

@@ -1,0 +1,90 @@
+// Renders the studio in a few states to PNG files, for a person to look at. Not a test.
+//   screenshots <output folder>
+#include "app/Studio.h"
+#include "curriculum/Missions.h"
+#include "profile/SqlitePreferencesStore.h"
+#include "ui/StudioSingleton.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <functional>
+
+Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
+
+namespace {
+
+void stepToEnd(Studio &studio)
+{
+    studio.step();
+    while (studio.stepIndex() < studio.stepTotal())
+        studio.step();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication app(argc, argv);
+    const QString out = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("screenshots");
+    QDir().mkpath(out);
+
+    QTemporaryDir folder;
+    SqlitePreferencesStore store(folder.filePath(QStringLiteral("preferences.sqlite")));
+    Studio studio(store);
+    StudioSingleton::setInstance(&studio);
+
+    QQmlApplicationEngine engine;
+    engine.addImportPath(QStringLiteral("qrc:/"));
+    engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
+    if (engine.rootObjects().isEmpty())
+        return 1;
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+
+    const auto shoot = [&](const QString &name, const std::function<void()> &arrange) {
+        arrange();
+        QTest::qWait(450); // let sheets finish opening
+        const QString path = QDir(out).filePath(name + QStringLiteral(".png"));
+        if (!window->grabWindow().save(path))
+            qWarning("could not write %s", qPrintable(path));
+        else
+            qInfo("%s", qPrintable(path));
+    };
+
+    shoot(QStringLiteral("first-start"), [] {});
+    shoot(QStringLiteral("mission-0-target"), [&] {
+        studio.finishWelcome(1, QStringLiteral("Peaches"), QStringLiteral("Ada"));
+        studio.select(0);
+        studio.setShowTarget(true);
+        studio.requestHint();
+    });
+    shoot(QStringLiteral("running"), [&] {
+        studio.setShowTarget(false);
+        studio.setCode(QStringLiteral("repeat 5 [\n  forward 80\n  right 144\n]\n"));
+        studio.setSpeed(Studio::slowestSpeed);
+        studio.run();
+        QTest::qWait(1200);
+    });
+    shoot(QStringLiteral("celebration"), [&] {
+        studio.stop();
+        studio.setCode(missions().at(0).solution);
+        stepToEnd(studio);
+    });
+    shoot(QStringLiteral("free-play"), [&] {
+        studio.setCelebration(false);
+        QTest::qWait(300);
+        studio.enterFree();
+        studio.setCode(QStringLiteral("color pink width 6\nrepeat 36 [\n  forward 120\n  right 170\n]\n"));
+        stepToEnd(studio);
+    });
+    shoot(QStringLiteral("save-dialog"), [&] {
+        studio.setCreationTitle(QStringLiteral("My masterpiece"));
+        studio.setSaving(true);
+    });
+    return 0;
+}

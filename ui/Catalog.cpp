@@ -1,0 +1,52 @@
+#include "Catalog.h"
+
+#include "curriculum/Missions.h"
+#include "curriculum/Themes.h"
+#include "curriculum/Worlds.h"
+
+Catalog::Catalog(QObject *parent)
+    : QObject(parent)
+{
+    for (const Mission &mission : ::missions()) {
+        m_missions.append(QVariantMap{
+            {QStringLiteral("title"), mission.title},
+            {QStringLiteral("subtitle"), mission.subtitle},
+            {QStringLiteral("goal"), mission.goal},
+            {QStringLiteral("starter"), mission.starter},
+            {QStringLiteral("hints"), mission.hints},
+            {QStringLiteral("solution"), mission.solution},
+            {QStringLiteral("prize"), mission.prize},
+        });
+    }
+    for (const World &world : ::worlds()) {
+        m_worlds.append(QVariantMap{
+            {QStringLiteral("title"), world.title},
+            {QStringLiteral("symbol"), world.symbol},
+            {QStringLiteral("description"), world.description},
+        });
+    }
+    for (const CanvasTheme &theme : ::themes()) {
+        m_themes.append(QVariantMap{
+            {QStringLiteral("name"), theme.name},
+            {QStringLiteral("unlock"), theme.unlock},
+            {QStringLiteral("color"), theme.color},
+        });
+    }
+}
+
+QString Catalog::themeMenuLabel(int theme, int badges) const
+{
+    if (theme < 0 || theme >= ::themes().size())
+        return QString();
+    return ::themeMenuLabel(::themes().at(theme), badges);
+}
+
+QList<Stroke> Catalog::joinStrokes(const QList<Stroke> &first, const QList<Stroke> &second) const
+{
+    return first + second;
+}
+
+QString Catalog::localPath(const QUrl &url) const
+{
+    return url.toLocalFile();
+}

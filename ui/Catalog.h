@@ -1,0 +1,38 @@
+#pragma once
+
+#include "turtle/Stroke.h"
+
+#include <QObject>
+#include <QUrl>
+#include <QVariantList>
+#include <QtQml/qqmlregistration.h>
+
+// The constant tables of the curriculum as the screens read them, and small conversions
+// that QML cannot do with C++ values on its own.
+class Catalog : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QVariantList missions READ missions CONSTANT)
+    Q_PROPERTY(QVariantList worlds READ worlds CONSTANT)
+    Q_PROPERTY(QVariantList themes READ themes CONSTANT)
+    Q_PROPERTY(QList<Stroke> noStrokes READ noStrokes CONSTANT)
+
+public:
+    explicit Catalog(QObject *parent = nullptr);
+
+    QVariantList missions() const { return m_missions; }
+    QVariantList worlds() const { return m_worlds; }
+    QVariantList themes() const { return m_themes; }
+    QList<Stroke> noStrokes() const { return {}; }
+
+    Q_INVOKABLE QString themeMenuLabel(int theme, int badges) const;
+    Q_INVOKABLE QList<Stroke> joinStrokes(const QList<Stroke> &first, const QList<Stroke> &second) const;
+    Q_INVOKABLE QString localPath(const QUrl &url) const;
+
+private:
+    QVariantList m_missions;
+    QVariantList m_worlds;
+    QVariantList m_themes;
+};

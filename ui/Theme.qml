@@ -1,0 +1,62 @@
+pragma Singleton
+import QtQuick
+
+// The one place for the studio's colours, fonts and symbols; screens never repeat a literal.
+QtObject {
+    readonly property color ink: Qt.rgba(0.13, 0.16, 0.25, 1)
+    readonly property color violet: Qt.rgba(0.42, 0.28, 0.88, 1)
+    readonly property color mint: Qt.rgba(0.78, 0.95, 0.86, 1)
+    readonly property color window: Qt.rgba(0.96, 0.96, 0.99, 1)
+    readonly property color sidebar: Qt.rgba(0.92, 0.92, 0.97, 1)
+    readonly property color editorFill: Qt.rgba(0.96, 0.96, 0.99, 1)
+    readonly property color card: "white"
+    readonly property color secondary: Qt.rgba(0.13, 0.16, 0.25, 0.6)
+    readonly property color divider: Qt.rgba(0.13, 0.16, 0.25, 0.12)
+    readonly property color border: Qt.rgba(0.13, 0.16, 0.25, 0.16)
+    readonly property color green: Qt.rgba(0.2, 0.78, 0.35, 1)
+    readonly property color yellow: Qt.rgba(1, 0.8, 0, 1)
+
+    readonly property string roundedFont: "Quicksand"
+    readonly property string codeFont: "DejaVu Sans Mono"
+    readonly property string symbolFont: "Material Icons"
+
+    // System symbol names as the screens speak them, drawn with the icon font.
+    readonly property var symbols: ({
+        "play.fill": "\ue037",
+        "stop.fill": "\ue047",
+        "forward.end.fill": "\ue044",
+        "arrow.counterclockwise": "\ue5d5",
+        "questionmark.circle": "\ue8fd",
+        "chevron.left.forwardslash.chevron.right": "\ue86f",
+        "lightbulb": "\ue90f",
+        "lightbulb.fill": "\ue0f0",
+        "flag.fill": "\ue153",
+        "heart.fill": "\ue87d",
+        "heart.square": "\ue87e",
+        "paintpalette": "\ue40a",
+        "photo.on.rectangle.angled": "\ue413",
+        "gift.fill": "\ue8f6",
+        "map.fill": "\ue55b",
+        "checkmark.circle.fill": "\ue86c",
+        "circle": "\ue836",
+        "lock.fill": "\ue897",
+        "wand.and.stars": "\ue663",
+        "book.closed.fill": "\uea19",
+        "sparkles": "\ue65f",
+        "bubble.left.fill": "\ue0ca",
+        "square.and.arrow.up": "\ue6b8",
+        "pencil": "\ue3c9",
+        "hare.fill": "\ue9e4",
+        "leaf.fill": "\uea35",
+        "building.2.fill": "\ue7f1",
+        "paintbrush.pointed.fill": "\ue3ae",
+        "mountain.2.fill": "\ue3f7",
+        "chevron.down": "\ue5cf",
+        "xmark": "\ue5cd",
+        "star.fill": "\ue838"
+    })
+
+    function symbol(name) {
+        return symbols[name] !== undefined ? symbols[name] : ""
+    }
+}

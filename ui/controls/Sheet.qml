@@ -1,0 +1,40 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Templates as T
+import MarbleCove
+
+// A modal sheet bound to one of the studio's flags. Its content is made afresh at every
+// opening, so what a child typed last time never lingers. `dismissed` fires once the sheet
+// has finished closing, however it was closed.
+Popup {
+    id: sheet
+
+    property bool shown: false
+    property bool dismissable: true
+    property Component content
+    signal dismissed()
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    modal: true
+    padding: 0
+    closePolicy: dismissable ? (Popup.CloseOnEscape | Popup.CloseOnPressOutside) : Popup.NoAutoClose
+    onShownChanged: shown ? open() : close()
+    Component.onCompleted: if (shown) open()
+    onClosed: dismissed()
+
+    background: Rectangle {
+        color: Theme.card
+        radius: 18
+        border.color: Theme.border
+    }
+
+    T.Overlay.modal: Rectangle {
+        color: Qt.rgba(0.13, 0.16, 0.25, 0.28)
+    }
+
+    contentItem: Loader {
+        active: sheet.shown || sheet.visible
+        sourceComponent: sheet.content
+    }
+}

@@ -1,0 +1,70 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import MarbleCove
+
+// The studio's buttons: "bordered" (a soft fill of the tint), "prominent" (filled with the
+// tint, white label) or "plain" (no frame).
+Button {
+    id: control
+
+    property string symbol
+    property string kind: "bordered"
+    property color tint: kind === "prominent" ? Theme.violet : Theme.ink
+    property color labelColor: kind === "prominent" ? "white" : Theme.ink
+    property real textSize: 14
+    property int textWeight: Font.Medium
+    property string tooltip
+    property bool leading: false
+    property real radius: 8
+
+    padding: 7
+    leftPadding: kind === "plain" ? 4 : 12
+    rightPadding: kind === "plain" ? 4 : 12
+    font.pixelSize: textSize
+    font.weight: textWeight
+    hoverEnabled: true
+    opacity: enabled ? 1 : 0.45
+
+    ToolTip.visible: tooltip.length > 0 && hovered
+    ToolTip.text: tooltip
+    ToolTip.delay: 600
+    Accessible.name: text.length > 0 ? text : tooltip
+
+    contentItem: Item {
+        implicitWidth: label.implicitWidth
+        implicitHeight: label.implicitHeight
+        Row {
+            id: label
+            x: control.leading ? 0 : Math.round((parent.width - width) / 2)
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: control.text.length > 0 && control.symbol.length > 0 ? 7 : 0
+            SymbolIcon {
+                name: control.symbol
+                visible: control.symbol.length > 0
+                size: control.textSize + 3
+                color: control.labelColor
+                anchors.verticalCenter: parent.verticalCenter
+            }
+            Text {
+                text: control.text
+                visible: control.text.length > 0
+                font: control.font
+                color: control.labelColor
+                anchors.verticalCenter: parent.verticalCenter
+            }
+        }
+    }
+
+    background: Rectangle {
+        implicitHeight: 30
+        radius: control.radius
+        color: {
+            if (control.kind === "prominent")
+                return control.down ? Qt.darker(control.tint, 1.2) : control.tint
+            if (control.kind === "bordered")
+                return Qt.rgba(control.tint.r, control.tint.g, control.tint.b,
+                               control.down ? 0.18 : (control.hovered ? 0.12 : 0.08))
+            return control.hovered ? Qt.rgba(0.13, 0.16, 0.25, 0.06) : "transparent"
+        }
+    }
+}

@@ -1,0 +1,16 @@
+import QtQuick
+import QtQuick.Layouts
+import MarbleCove
+
+// The sheet's frame; its content arrives with the screen itself.
+Item {
+    implicitWidth: 740
+    implicitHeight: 650
+
+    SheetTitle {
+        anchors.top: parent.top
+        anchors.left: parent.left
+        anchors.margins: 30
+        text: "Welcome to Marble Cove"
+    }
+}

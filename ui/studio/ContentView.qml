@@ -1,0 +1,184 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Dialogs
+import QtQuick.Layouts
+import MarbleCove
+
+// The studio screen: header, sidebar, the mission and the two working panes, and every sheet.
+Rectangle {
+    id: content
+    color: Theme.window
+
+    // Follows the mission when it changes, but starts on the first world whatever the mission.
+    Connections {
+        target: Studio
+        function onMissionChanged() { sidebar.browsedWorld = Math.floor(Studio.mission / 6) }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        StudioHeader { Layout.fillWidth: true }
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: 1
+            color: Theme.divider
+        }
+
+        RowLayout {
+            spacing: 0
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            Rectangle {
+                color: Theme.sidebar
+                Layout.preferredWidth: 235
+                Layout.fillHeight: true
+                Sidebar {
+                    id: sidebar
+                    anchors.fill: parent
+                    anchors.margins: 18
+                }
+            }
+
+            ScrollView {
+                id: main
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                contentWidth: availableWidth
+                clip: true
+
+                ColumnLayout {
+                    width: main.availableWidth
+                    spacing: 16
+
+                    Item { implicitHeight: 8 }
+                    MissionBanner {
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 24
+                        Layout.rightMargin: 24
+                    }
+                    GoalCard {
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 24
+                        Layout.rightMargin: 24
+                    }
+                    RowLayout {
+                        spacing: 18
+                        Layout.fillWidth: true
+                        Layout.leftMargin: 24
+                        Layout.rightMargin: 24
+                        Layout.alignment: Qt.AlignTop
+
+                        Rectangle {
+                            radius: 20
+                            color: Theme.card
+                            Layout.preferredWidth: 320
+                            Layout.alignment: Qt.AlignTop
+                            implicitHeight: editor.implicitHeight + 36
+                            EditorPane {
+                                id: editor
+                                anchors.fill: parent
+                                anchors.margins: 18
+                            }
+                        }
+                        Rectangle {
+                            radius: 20
+                            color: Theme.card
+                            Layout.fillWidth: true
+                            Layout.alignment: Qt.AlignTop
+                            implicitHeight: stage.implicitHeight + 36
+                            StagePane {
+                                id: stage
+                                anchors.fill: parent
+                                anchors.margins: 18
+                                onExportRequested: exportDialog.open()
+                            }
+                        }
+                    }
+                    RowLayout {
+                        spacing: 6
+                        Layout.leftMargin: 24
+                        SymbolIcon { name: "heart.fill"; size: 13; color: Theme.secondary }
+                        Text {
+                            text: "Every experiment teaches you something. Take your time and make it yours."
+                            font.pixelSize: 13
+                            color: Theme.secondary
+                        }
+                    }
+                    Item { implicitHeight: 8 }
+                }
+            }
+        }
+    }
+
+    FileDialog {
+        id: exportDialog
+        objectName: "exportDialog"
+        title: "Export picture"
+        fileMode: FileDialog.SaveFile
+        nameFilters: ["PNG picture (*.png)"]
+        defaultSuffix: "png"
+        currentFile: currentFolder + "/Marble Cove creation.png"
+        onAccepted: Studio.exportPNG(Catalog.localPath(selectedFile))
+    }
+
+    Sheet {
+        objectName: "playerSettingsSheet"
+        shown: Studio.playerSettings
+        content: Component { PlayerSettingsView {} }
+        onDismissed: {
+            Studio.playerSettings = false
+            Studio.finishProfileDismissal()
+        }
+    }
+    Sheet {
+        objectName: "welcomeSheet"
+        shown: Studio.welcome
+        content: Component { WelcomeView {} }
+        onDismissed: Studio.welcome = false
+    }
+    Sheet {
+        objectName: "companionSettingsSheet"
+        shown: Studio.companionSettings
+        content: Component { CompanionSettingsView {} }
+        onDismissed: Studio.companionSettings = false
+    }
+    Sheet {
+        objectName: "collectionSheet"
+        shown: Studio.collection
+        content: Component { TreasuresView {} }
+        onDismissed: Studio.collection = false
+    }
+    Sheet {
+        objectName: "celebrationSheet"
+        shown: Studio.celebration
+        content: Component { CelebrationDialog {} }
+        onDismissed: Studio.celebration = false
+    }
+    Sheet {
+        objectName: "gallerySheet"
+        shown: Studio.gallery
+        content: Component { GalleryView {} }
+        onDismissed: Studio.gallery = false
+    }
+    Sheet {
+        objectName: "savingSheet"
+        shown: Studio.saving
+        content: Component { SaveDialog {} }
+        onDismissed: Studio.saving = false
+    }
+    Sheet {
+        objectName: "guideSheet"
+        shown: Studio.guide
+        content: Component { GuideView {} }
+        onDismissed: Studio.guide = false
+    }
+    Sheet {
+        objectName: "mapSheet"
+        shown: Studio.map
+        content: Component { WorldMapView {} }
+        onDismissed: Studio.map = false
+    }
+}

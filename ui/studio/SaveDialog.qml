@@ -1,0 +1,60 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import MarbleCove
+
+// Names a finished drawing before it joins the gallery.
+Item {
+    implicitWidth: 460
+    implicitHeight: column.implicitHeight + 60
+
+    ColumnLayout {
+        id: column
+        anchors.fill: parent
+        anchors.margins: 30
+        spacing: 20
+
+        SheetTitle { text: "Give your creation a name" }
+        Text {
+            text: "Your picture and code stay together, ready to remix."
+            font.pixelSize: 14
+            color: Theme.secondary
+            wrapMode: Text.WordWrap
+            Layout.fillWidth: true
+        }
+        TextField {
+            id: title
+            objectName: "titleField"
+            placeholderText: "My masterpiece"
+            text: Studio.creationTitle
+            font.pixelSize: 15
+            selectByMouse: true
+            focus: true
+            Layout.fillWidth: true
+            onTextEdited: Studio.creationTitle = text
+            onAccepted: Studio.saveCreation()
+            background: Rectangle {
+                implicitHeight: 34
+                radius: 8
+                color: Theme.card
+                border.color: title.activeFocus ? Theme.violet : Theme.border
+            }
+        }
+        RowLayout {
+            Layout.fillWidth: true
+            StudioButton {
+                objectName: "cancelSaveButton"
+                text: "Cancel"
+                onClicked: Studio.saving = false
+            }
+            Item { Layout.fillWidth: true }
+            StudioButton {
+                objectName: "saveToGalleryButton"
+                kind: "prominent"
+                text: "Save to my gallery"
+                enabled: Studio.creationTitle.trim().length > 0
+                onClicked: Studio.saveCreation()
+            }
+        }
+    }
+}

@@ -1,0 +1,183 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import MarbleCove
+
+// Where the turtle draws: the canvas, the status line, keeping and exporting, and the companion.
+ColumnLayout {
+    id: stage
+    spacing: 14
+
+    signal exportRequested()
+
+    readonly property var theme: Catalog.themes[Studio.theme]
+
+    RowLayout {
+        Layout.fillWidth: true
+        Text {
+            text: "The playground"
+            font.pixelSize: 16
+            font.bold: true
+            color: Theme.ink
+        }
+        Item { Layout.fillWidth: true }
+        StudioButton {
+            id: themeButton
+            objectName: "themeMenuButton"
+            text: stage.theme.name
+            symbol: "paintpalette"
+            onClicked: themeMenu.open()
+
+            Menu {
+                id: themeMenu
+                objectName: "themeMenu"
+                y: themeButton.height
+                Instantiator {
+                    model: Catalog.themes
+                    delegate: MenuItem {
+                        required property var modelData
+                        required property int index
+                        objectName: "theme_" + index
+                        text: Catalog.themeMenuLabel(index, Studio.badges)
+                        enabled: (Studio.badges, Studio.isThemeAvailable(index))
+                        checkable: true
+                        checked: Studio.theme === index
+                        onTriggered: Studio.theme = index
+                    }
+                    onObjectAdded: (index, object) => themeMenu.insertItem(index, object)
+                    onObjectRemoved: (index, object) => themeMenu.removeItem(object)
+                }
+            }
+        }
+    }
+
+    DrawingSurface {
+        objectName: "canvas"
+        Layout.fillWidth: true
+        Layout.preferredHeight: 340
+        strokes: Studio.strokes
+        ghost: Studio.showTarget && !Studio.free ? Studio.targetStrokes : Catalog.noStrokes
+        bounds: Studio.free ? Studio.plannedStrokes : Catalog.joinStrokes(Studio.plannedStrokes, Studio.targetStrokes)
+        point: Studio.point
+        hasPoint: true
+        turtle: Studio.picture(Studio.turtle)
+        heading: Studio.heading
+        background: stage.theme.color
+        grid: true
+        Accessible.role: Accessible.Graphic
+        Accessible.name: "Drawing canvas, " + Studio.strokes.length + " lines"
+    }
+
+    RowLayout {
+        spacing: 8
+        Layout.fillWidth: true
+        SymbolIcon {
+            name: Studio.running ? "sparkles" : "bubble.left.fill"
+            size: 18
+            color: Theme.violet
+            Layout.alignment: Qt.AlignTop
+        }
+        Text {
+            objectName: "statusLine"
+            text: Studio.message
+            font.pixelSize: 14
+            color: Theme.ink
+            wrapMode: Text.WordWrap
+            Layout.fillWidth: true
+        }
+    }
+
+    RowLayout {
+        spacing: 10
+        StudioButton {
+            objectName: "saveCreationButton"
+            text: "Save creation"
+            symbol: "heart.square"
+            enabled: !Studio.running && Studio.strokes.length > 0 && Studio.drawingSource.length > 0
+                     && Studio.drawingSource === Studio.code
+            onClicked: {
+                Studio.creationTitle = Studio.free ? "My masterpiece" : Catalog.missions[Studio.mission].title
+                Studio.saving = true
+            }
+        }
+        StudioButton {
+            objectName: "exportButton"
+            text: "Export picture"
+            symbol: "square.and.arrow.up"
+            enabled: !Studio.running && Studio.strokes.length > 0
+            onClicked: if (Studio.prepareExport()) stage.exportRequested()
+        }
+    }
+
+    ColumnLayout {
+        spacing: 8
+        Layout.fillWidth: true
+        RowLayout {
+            Layout.fillWidth: true
+            Text {
+                text: "CHOOSE YOUR SIDEKICK"
+                font.pixelSize: 11
+                font.bold: true
+                color: Theme.ink
+            }
+            Item { Layout.fillWidth: true }
+            StudioButton {
+                objectName: "companionEditButton"
+                kind: "plain"
+                text: Studio.turtleName
+                symbol: "pencil"
+                tooltip: "Choose or rename your turtle"
+                onClicked: {
+                    Studio.stop()
+                    Studio.companionSettings = true
+                }
+            }
+        }
+        RowLayout {
+            spacing: 10
+            Repeater {
+                model: 4
+                Rectangle {
+                    id: card
+                    required property int index
+                    readonly property bool unlocked: (Studio.badges, Studio.isTurtleUnlocked(index))
+                    objectName: "companionCard_" + index
+                    implicitWidth: 84
+                    implicitHeight: 92
+                    radius: 12
+                    color: Theme.card
+                    border.width: Studio.turtle === index ? 2 : 1
+                    border.color: Studio.turtle === index ? Qt.rgba(0.2, 0.78, 0.35, 0.5) : Theme.divider
+                    opacity: unlocked ? 1 : 0.45
+                    Accessible.role: Accessible.Button
+                    Accessible.name: (Studio.turtleNames, Studio.displayName(index))
+
+                    PictureView {
+                        image: Studio.picture(card.index)
+                        width: 58
+                        height: 58
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        y: 8
+                    }
+                    Text {
+                        text: (Studio.turtleNames, Studio.displayName(card.index))
+                        font.pixelSize: 11
+                        color: Theme.ink
+                        elide: Text.ElideRight
+                        width: parent.width - 8
+                        horizontalAlignment: Text.AlignHCenter
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        anchors.bottom: parent.bottom
+                        anchors.bottomMargin: 8
+                    }
+                    MouseArea {
+                        anchors.fill: parent
+                        enabled: card.unlocked
+                        cursorShape: Qt.PointingHandCursor
+                        onClicked: Studio.turtle = card.index
+                    }
+                }
+            }
+        }
+    }
+}
