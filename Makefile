@@ -5,7 +5,7 @@ FUZZ_BUILD  ?= build-fuzz
 FUZZ_SECONDS ?= 180
 JOBS        ?= $(shell nproc)
 
-.PHONY: deps configure build test bench fuzz clean
+.PHONY: deps configure build run test screenshots bench fuzz clean
 
 deps:
 	@bash scripts/deps.sh
@@ -16,8 +16,16 @@ configure: deps
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
 
+run: build
+	$(BUILD)/app/marblecove
+
 test: build
 	QT_QPA_PLATFORM=offscreen ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS)
+
+# Renders the studio and its sheets to PNG files in SHOTS for looking at.
+SHOTS ?= screenshots
+screenshots: build
+	QT_QPA_PLATFORM=offscreen $(BUILD)/tools/screenshots $(SHOTS)
 
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARBLECOVE_TESTS=OFF -DMARBLECOVE_BENCH=ON

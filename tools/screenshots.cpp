@@ -86,5 +86,11 @@ int main(int argc, char *argv[])
         studio.setCreationTitle(QStringLiteral("My masterpiece"));
         studio.setSaving(true);
     });
+    shoot(QStringLiteral("export-dialog"), [&] {
+        studio.setSaving(false);
+        QTest::qWait(300);
+        if (QObject *dialog = engine.rootObjects().first()->findChild<QObject *>(QStringLiteral("exportDialog")))
+            QMetaObject::invokeMethod(dialog, "open");
+    });
     return 0;
 }

@@ -96,25 +96,28 @@ private slots:
         QTest::addColumn<QList<Stroke>>("bounds");
         QTest::addColumn<QList<Stroke>>("ghost");
         QTest::addColumn<QList<Stroke>>("unfitted");
-        QTest::addColumn<QPointF>("probe");
+        QTest::addColumn<Stroke>("probe");
         QTest::addColumn<QPointF>("expected");
 
         const QSize phone(390, 400);
         const QList<Stroke> none;
         const QList<Stroke> toX400{line({0, 0}, {400, 0})};
-        QTest::newRow("empty: origin below the centre") << phone << none << none << none << QPointF(0, 0) << QPointF(195, 235);
-        QTest::newRow("empty: top-left of the box") << phone << none << none << none << QPointF(-160, -200) << QPointF(35, 35);
-        QTest::newRow("empty: bottom-right of the box") << phone << none << none << none << QPointF(160, 130) << QPointF(355, 365);
-        QTest::newRow("x 400: left edge stays at -160") << phone << toX400 << none << none << QPointF(-160, 0) << QPointF(35, 220);
-        QTest::newRow("x 400: right edge at the margin") << phone << toX400 << none << none << QPointF(400, 0) << QPointF(355, 220);
+        QTest::newRow("empty: origin below the centre") << phone << none << none << none << probeAt({0, 0}) << QPointF(195, 235);
+        QTest::newRow("empty: top-left of the box") << phone << none << none << none << probeAt({-160, -200}) << QPointF(35, 35);
+        QTest::newRow("empty: bottom-right of the box") << phone << none << none << none << probeAt({160, 130}) << QPointF(355, 365);
+        QTest::newRow("x 400: left edge stays at -160") << phone << toX400 << none << none << probeAt({-160, 0}) << QPointF(35, 220);
+        QTest::newRow("x 400: right edge at the margin") << phone << toX400 << none << none << probeAt({400, 0}) << QPointF(355, 220);
         QTest::newRow("far left: origin moves right") << phone << QList<Stroke>{line({-1000, 0}, {-900, 0})} << none << none
-                                                     << QPointF(0, 0) << QPointF(310.86, 209.66);
+                                                     << probeAt({0, 0}) << QPointF(310.86, 209.66);
         QTest::newRow("ghost is fitted") << phone << none << QList<Stroke>{line({0, 0}, {0, -400})} << none
-                                         << QPointF(0, -400) << QPointF(195, 35);
+                                         << probeAt({0, -400}) << QPointF(195, 35);
         QTest::newRow("drawn strokes are not fitted") << phone << none << none << QList<Stroke>{line({300, 0}, {900, 0}, "blue")}
-                                                      << QPointF(0, 0) << QPointF(195, 235);
-        QTest::newRow("wide view: height decides") << QSize(900, 340) << none << none << none << QPointF(0, 0)
+                                                      << probeAt({0, 0}) << QPointF(195, 235);
+        QTest::newRow("wide view: height decides") << QSize(900, 340) << none << none << none << probeAt({0, 0})
                                                    << QPointF(450, 198.64);
+        // Scale bottoms out at 0.001: the drawing shrinks to a line, the right way round.
+        QTest::newRow("view smaller than its margins") << QSize(50, 60) << none << none << none
+                                                       << line({-20000, 0}, {20000, 0}, "red", 1) << QPointF(25, 30.04);
     }
 
     void placement()
@@ -123,10 +126,10 @@ private slots:
         QFETCH(QList<Stroke>, bounds);
         QFETCH(QList<Stroke>, ghost);
         QFETCH(QList<Stroke>, unfitted);
-        QFETCH(QPointF, probe);
+        QFETCH(Stroke, probe);
         QFETCH(QPointF, expected);
 
-        const QImage image = render(size, {unfitted + QList<Stroke>{probeAt(probe)}, ghost, bounds, {}, {}, 0, paper, false});
+        const QImage image = render(size, {unfitted + QList<Stroke>{probe}, ghost, bounds, {}, {}, 0, paper, false});
         const QPointF found = centroid(image, strokeColor("red"), paper);
         QVERIFY2(std::abs(found.x() - expected.x()) < 1 && std::abs(found.y() - expected.y()) < 1,
                  qPrintable(QStringLiteral("landed at %1, %2").arg(found.x()).arg(found.y())));

@@ -1,3 +1,4 @@
+import QtCore
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Dialogs
@@ -120,6 +121,8 @@ Rectangle {
         fileMode: FileDialog.SaveFile
         nameFilters: ["PNG picture (*.png)"]
         defaultSuffix: "png"
+        acceptLabel: "Save"
+        currentFolder: StandardPaths.writableLocation(StandardPaths.PicturesLocation)
         currentFile: currentFolder + "/Marble Cove creation.png"
         onAccepted: Studio.exportPNG(Catalog.localPath(selectedFile))
     }
