@@ -56,7 +56,24 @@ int main(int argc, char *argv[])
             qInfo("%s", qPrintable(path));
     };
 
+    // The welcome flow, page by page, as a first-time child sees it.
+    QObject *root = engine.rootObjects().first();
+    const auto welcomePage = [&](int page) {
+        if (QObject *view = root->findChild<QObject *>(QStringLiteral("welcomeView")))
+            view->setProperty("page", page);
+    };
     shoot(QStringLiteral("first-start"), [] {});
+    shoot(QStringLiteral("welcome-2-name"), [&] {
+        welcomePage(1);
+        if (QObject *view = root->findChild<QObject *>(QStringLiteral("welcomeView")))
+            view->setProperty("player", QStringLiteral("Ada"));
+    });
+    shoot(QStringLiteral("welcome-3-turtle"), [&] { welcomePage(2); });
+    shoot(QStringLiteral("welcome-4-tour"), [&] {
+        welcomePage(3);
+        if (QObject *view = root->findChild<QObject *>(QStringLiteral("welcomeView")))
+            view->setProperty("demoStep", 2);
+    });
     shoot(QStringLiteral("mission-0-target"), [&] {
         studio.finishWelcome(1, QStringLiteral("Peaches"), QStringLiteral("Ada"));
         studio.select(0);
@@ -86,7 +103,33 @@ int main(int argc, char *argv[])
         studio.setCreationTitle(QStringLiteral("My masterpiece"));
         studio.setSaving(true);
     });
+    shoot(QStringLiteral("companion-sheet"), [&] {
+        QTest::qWait(300);
+        studio.setCompanionSettings(true);
+    });
+    shoot(QStringLiteral("companion-sheet-royal"), [&] {
+        studio.setCompanionSettings(false);
+        QTest::qWait(300);
+        for (int mission = 1; mission < 3; ++mission) {
+            studio.select(mission);
+            studio.setCode(missions().at(mission).solution);
+            stepToEnd(studio);
+            studio.setCelebration(false);
+        }
+        QTest::qWait(300);
+        studio.setCompanionSettings(true);
+    });
+    shoot(QStringLiteral("profile-sheet"), [&] {
+        studio.setCompanionSettings(false);
+        QTest::qWait(300);
+        studio.setPlayerSettings(true);
+    });
+    shoot(QStringLiteral("profile-erase-alert"), [&] {
+        if (QObject *alert = root->findChild<QObject *>(QStringLiteral("eraseAlert")))
+            QMetaObject::invokeMethod(alert, "open");
+    });
     shoot(QStringLiteral("export-dialog"), [&] {
+        studio.setPlayerSettings(false);
         studio.setSaving(false);
         QTest::qWait(300);
         if (QObject *dialog = engine.rootObjects().first()->findChild<QObject *>(QStringLiteral("exportDialog")))

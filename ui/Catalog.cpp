@@ -3,6 +3,7 @@
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
 #include "curriculum/Worlds.h"
+#include "profile/NameRules.h"
 
 Catalog::Catalog(QObject *parent)
     : QObject(parent)
@@ -49,4 +50,25 @@ QList<Stroke> Catalog::joinStrokes(const QList<Stroke> &first, const QList<Strok
 QString Catalog::localPath(const QUrl &url) const
 {
     return url.toLocalFile();
+}
+
+QString Catalog::cleanName(const QString &text) const
+{
+    return ::cleanName(text);
+}
+
+int Catalog::characterCount(const QString &text) const
+{
+    return ::characterCount(text);
+}
+
+QString Catalog::limitName(const QString &text) const
+{
+    return leftCharacters(text, maxNameLength);
+}
+
+QList<Stroke> Catalog::demoStrokes() const
+{
+    const QString purple = QStringLiteral("purple");
+    return {Stroke{QPointF(0, 0), QPointF(0, -80), purple, 4}, Stroke{QPointF(0, -80), QPointF(80, -80), purple, 4}};
 }

@@ -18,6 +18,7 @@ class Catalog : public QObject
     Q_PROPERTY(QVariantList worlds READ worlds CONSTANT)
     Q_PROPERTY(QVariantList themes READ themes CONSTANT)
     Q_PROPERTY(QList<Stroke> noStrokes READ noStrokes CONSTANT)
+    Q_PROPERTY(QList<Stroke> demoStrokes READ demoStrokes CONSTANT)
 
 public:
     explicit Catalog(QObject *parent = nullptr);
@@ -26,10 +27,19 @@ public:
     QVariantList worlds() const { return m_worlds; }
     QVariantList themes() const { return m_themes; }
     QList<Stroke> noStrokes() const { return {}; }
+    // The welcome tour's practice drawing: up 80, then right 80.
+    QList<Stroke> demoStrokes() const;
+    Q_INVOKABLE QList<Stroke> demoStrokesUpTo(int count) const { return demoStrokes().mid(0, count); }
 
     Q_INVOKABLE QString themeMenuLabel(int theme, int badges) const;
     Q_INVOKABLE QList<Stroke> joinStrokes(const QList<Stroke> &first, const QList<Stroke> &second) const;
     Q_INVOKABLE QString localPath(const QUrl &url) const;
+
+    // The name rules, for fields that show them while the child types.
+    Q_INVOKABLE QString cleanName(const QString &text) const;
+    Q_INVOKABLE int characterCount(const QString &text) const;
+    // The text cut to the longest name allowed, when it is longer.
+    Q_INVOKABLE QString limitName(const QString &text) const;
 
 private:
     QVariantList m_missions;

@@ -15,6 +15,14 @@ QtObject {
     readonly property color border: Qt.rgba(0.13, 0.16, 0.25, 0.16)
     readonly property color green: Qt.rgba(0.2, 0.78, 0.35, 1)
     readonly property color yellow: Qt.rgba(1, 0.8, 0, 1)
+    readonly property color danger: Qt.rgba(0.86, 0.2, 0.18, 1)
+    readonly property color mapBackground: Qt.rgba(0.95, 0.95, 0.99, 1)
+    // The platform's standard gray, for locked things and soft card fills.
+    readonly property color gray: Qt.rgba(0.56, 0.56, 0.58, 1)
+
+    // The platform's second- and third-level title sizes.
+    readonly property real title2Size: 22
+    readonly property real title3Size: 18
 
     readonly property string roundedFont: "Quicksand"
     readonly property string codeFont: "DejaVu Sans Mono"
@@ -53,7 +61,13 @@ QtObject {
         "mountain.2.fill": "\ue3f7",
         "chevron.down": "\ue5cf",
         "xmark": "\ue5cd",
-        "star.fill": "\ue838"
+        "star.fill": "\ue838",
+        "hand.wave.fill": "\ue766",
+        "heart.square.fill": "\ue87d",
+        "seal.fill": "\ue7af",
+        "lock.circle": "\ue899",
+        "checkmark.seal.fill": "\uef76",
+        "paintpalette.fill": "\ue40a"
     })
 
     function symbol(name) {

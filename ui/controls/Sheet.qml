@@ -17,6 +17,8 @@ Popup {
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     modal: true
+    // Escape reaches a popup only while it holds the keyboard focus.
+    focus: true
     padding: 0
     closePolicy: dismissable ? (Popup.CloseOnEscape | Popup.CloseOnPressOutside) : Popup.NoAutoClose
     onShownChanged: shown ? open() : close()

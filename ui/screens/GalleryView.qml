@@ -1,16 +1,162 @@
 import QtQuick
+import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import MarbleCove
 
-// The sheet's frame; its content arrives with the screen itself.
+// The child's saved creations as cards; choosing one reopens it in the studio for remixing.
 Item {
+    id: gallery
     implicitWidth: 760
     implicitHeight: 700
 
-    SheetTitle {
-        anchors.top: parent.top
-        anchors.left: parent.left
-        anchors.margins: 30
-        text: "My creations"
+    CreationModel {
+        id: creations
+        studio: Studio
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: 28
+        spacing: 18
+
+        SheetHeader {
+            name: "gallery"
+            title: Studio.galleryTitle
+            titleSize: 28
+            Layout.fillWidth: true
+            onDone: Studio.gallery = false
+        }
+        Text {
+            text: "Your ideas live here. Open a creation to make something new from it."
+            font.pixelSize: 14
+            color: Theme.secondary
+        }
+
+        ColumnLayout {
+            objectName: "galleryEmptyState"
+            visible: creations.count === 0
+            spacing: 16
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            Item { Layout.fillHeight: true }
+            SymbolIcon {
+                name: "photo.on.rectangle.angled"
+                size: 55
+                color: Theme.violet
+                Layout.alignment: Qt.AlignHCenter
+            }
+            Text {
+                text: "Your gallery is waiting for its first masterpiece."
+                font.pixelSize: Theme.title3Size
+                color: Theme.ink
+                Layout.alignment: Qt.AlignHCenter
+            }
+            Text {
+                text: "Run some code, then choose Save creation."
+                font.pixelSize: 14
+                color: Theme.secondary
+                Layout.alignment: Qt.AlignHCenter
+            }
+            StudioButton {
+                objectName: "goToStudioButton"
+                kind: "prominent"
+                text: "Go to the studio"
+                Layout.alignment: Qt.AlignHCenter
+                onClicked: Studio.gallery = false
+            }
+            Item { Layout.fillHeight: true }
+        }
+
+        // Only built when there is something to show; cards are made as they scroll into view.
+        Loader {
+            active: creations.count > 0
+            visible: active
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            sourceComponent: GridView {
+                id: grid
+                objectName: "creationGrid"
+                readonly property real gap: 20
+                // Every card has the same single-line texts, so the row height is known up front.
+                readonly property real cardHeight: 14 + 180 + 10 + titleLine.height + 10 + dateLine.height + 10
+                                                   + linkLine.height + 14
+                clip: true
+                model: creations
+                cellWidth: width / 2
+                cellHeight: cardHeight + gap
+                boundsBehavior: Flickable.StopAtBounds
+                ScrollBar.vertical: ScrollBar {}
+
+                FontMetrics { id: titleLine; font.pixelSize: 17; font.bold: true }
+                FontMetrics { id: dateLine; font.pixelSize: 12 }
+                FontMetrics { id: linkLine; font.pixelSize: 13; font.bold: true }
+
+                delegate: Item {
+                    id: cell
+                    required property int index
+                    required property string title
+                    required property string dateText
+                    required property color themeColor
+                    required property var strokes
+
+                    width: grid.cellWidth
+                    height: grid.cellHeight
+
+                    StudioButton {
+                        objectName: "creationCard_" + cell.index
+                        kind: "plain"
+                        // Half the gap on each side of the middle, none at the outer edges.
+                        x: cell.index % 2 === 0 ? 0 : grid.gap / 2
+                        width: cell.width - grid.gap / 2
+                        height: grid.cardHeight
+                        padding: 14
+                        leftPadding: 14
+                        rightPadding: 14
+                        Accessible.name: cell.title
+                        onClicked: creations.open(cell.index)
+
+                        contentItem: Column {
+                            spacing: 10
+                            DrawingSurface {
+                                objectName: "creationThumbnail_" + cell.index
+                                width: parent.width
+                                height: 180
+                                strokes: cell.strokes
+                                bounds: cell.strokes
+                                background: cell.themeColor
+                                grid: false
+                            }
+                            Text {
+                                objectName: "creationTitle_" + cell.index
+                                text: cell.title
+                                font.pixelSize: 17
+                                font.bold: true
+                                color: Theme.ink
+                                elide: Text.ElideRight
+                                width: parent.width
+                            }
+                            Text {
+                                objectName: "creationDate_" + cell.index
+                                text: cell.dateText
+                                font.pixelSize: 12
+                                color: Theme.secondary
+                            }
+                            Text {
+                                text: "Open & remix \u2192"
+                                font.pixelSize: 13
+                                font.bold: true
+                                color: Theme.violet
+                            }
+                        }
+                        background: Rectangle {
+                            radius: 18
+                            color: Qt.rgba(Theme.gray.r, Theme.gray.g, Theme.gray.b, 0.04)
+                        }
+                    }
+                }
+            }
+        }
     }
 }

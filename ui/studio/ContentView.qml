@@ -139,6 +139,7 @@ Rectangle {
     Sheet {
         objectName: "welcomeSheet"
         shown: Studio.welcome
+        dismissable: !Studio.needsIntroduction
         content: Component { WelcomeView {} }
         onDismissed: Studio.welcome = false
     }
