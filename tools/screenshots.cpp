@@ -13,7 +13,9 @@
 #include <QTest>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <algorithm>
 #include <functional>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
 
@@ -135,5 +137,118 @@ int main(int argc, char *argv[])
         if (QObject *dialog = engine.rootObjects().first()->findChild<QObject *>(QStringLiteral("exportDialog")))
             QMetaObject::invokeMethod(dialog, "open");
     });
+
+    // The side sheets: world map, treasure shelf, gallery and handbook, in a few states.
+    const auto closeSheets = [&] {
+        studio.setPlayerSettings(false);
+        studio.setCelebration(false);
+        studio.setSaving(false);
+        studio.setMap(false);
+        studio.setCollection(false);
+        studio.setGallery(false);
+        studio.setGuide(false);
+        QTest::qWait(300);
+    };
+    const auto earn = [&](const QList<int> &earned) {
+        for (int mission : earned) {
+            studio.select(mission);
+            studio.setCode(missions().at(mission).solution);
+            stepToEnd(studio);
+            studio.setCelebration(false);
+        }
+    };
+    const auto scrollSheet = [&](const char *scroller, qreal fraction) {
+        QTest::qWait(300);
+        if (QObject *view = root->findChild<QObject *>(QString::fromLatin1(scroller))) {
+            // A grid scrolls itself; a scroll view scrolls the area inside it.
+            QObject *flickable = view->inherits("QQuickFlickable") ? view : view->property("contentItem").value<QObject *>();
+            if (flickable) {
+                const qreal room = flickable->property("contentHeight").toReal() - flickable->property("height").toReal();
+                flickable->setProperty("contentY", std::max<qreal>(0, room * fraction));
+            }
+        }
+    };
+    shoot(QStringLiteral("map-three-badges"), [&] {
+        closeSheets();
+        studio.setMap(true);
+    });
+    shoot(QStringLiteral("shelf-3-badges"), [&] {
+        closeSheets();
+        studio.setCollection(true);
+    });
+    shoot(QStringLiteral("handbook"), [&] {
+        closeSheets();
+        studio.setGuide(true);
+    });
+    shoot(QStringLiteral("handbook-running"), [&] {
+        closeSheets();
+        studio.setCode(QStringLiteral("repeat 40 [forward 10 right 9]\n"));
+        studio.run();
+        studio.setGuide(true);
+    });
+    shoot(QStringLiteral("gallery-empty"), [&] {
+        studio.stop();
+        closeSheets();
+        studio.setGallery(true);
+    });
+    shoot(QStringLiteral("gallery-full"), [&] {
+        closeSheets();
+        studio.enterFree();
+        const QList<std::pair<QString, QString>> saved{
+            {QStringLiteral("Starburst"), QStringLiteral("color pink width 6\nrepeat 36 [forward 120 right 170]")},
+            {QStringLiteral("Square one"), QStringLiteral("repeat 4 [forward 80 right 90]")},
+            {QStringLiteral("A star for the night sky above the cove, with a long name"),
+             QStringLiteral("color blue\nrepeat 5 [forward 100 right 144]")},
+            {QStringLiteral("Green line"), QStringLiteral("color green width 10\nforward 300")},
+            {QStringLiteral("Spinning squares"), QStringLiteral("color orange\nrepeat 12 [repeat 4 [forward 60 right 90] right 30]")},
+            {QStringLiteral("Nothing yet"), QStringLiteral("penup forward 10")},
+            {QStringLiteral("Circle"), QStringLiteral("color purple\nrepeat 60 [forward 6 right 6]")},
+        };
+        for (qsizetype i = 0; i < saved.size(); ++i) {
+            studio.setTheme(int(i % 6));
+            studio.setCode(saved.at(i).second);
+            stepToEnd(studio);
+            studio.setCreationTitle(saved.at(i).first);
+            studio.saveCreation();
+        }
+        studio.setTheme(0);
+        QTest::qWait(300);
+        studio.setGallery(true);
+    });
+    shoot(QStringLiteral("gallery-scrolled"), [&] { scrollSheet("creationGrid", 1); });
+    shoot(QStringLiteral("map-worlds-open"), [&] {
+        closeSheets();
+        earn({3, 4, 5, 6, 7, 9});
+        studio.setMap(true);
+    });
+    shoot(QStringLiteral("map-worlds-open-scrolled"), [&] { scrollSheet("mapScroller", 1); });
+    shoot(QStringLiteral("shelf-9-badges-canvases"), [&] {
+        closeSheets();
+        studio.setCollection(true);
+        scrollSheet("treasureScroller", 1);
+    });
+    shoot(QStringLiteral("shelf-30-badges"), [&] {
+        closeSheets();
+        QList<int> rest;
+        for (int mission = 0; mission < int(missions().size()); ++mission)
+            rest.append(mission);
+        earn(rest);
+        studio.setTheme(5);
+        closeSheets();
+        studio.setCollection(true);
+    });
+    shoot(QStringLiteral("shelf-30-badges-canvases"), [&] { scrollSheet("treasureScroller", 1); });
+    shoot(QStringLiteral("map-all-earned"), [&] {
+        closeSheets();
+        studio.setMap(true);
+    });
+    shoot(QStringLiteral("shelf-0-badges"), [&] {
+        closeSheets();
+        studio.resetGame();
+        studio.finishWelcome(0, QStringLiteral("Clover"), QString());
+        closeSheets();
+        studio.setCollection(true);
+    });
+    shoot(QStringLiteral("shelf-0-badges-canvases"), [&] { scrollSheet("treasureScroller", 1); });
     return 0;
 }

@@ -8,6 +8,7 @@
 #include "ui/screens/CreationModel.h"
 
 #include <QTest>
+#include <QtQuickTest/quicktest.h>
 #include <QWheelEvent>
 
 #include <memory>
@@ -67,9 +68,22 @@ private:
         return ui->start();
     }
 
+    // A click once the window has laid itself out: positioners, layouts and grids place their
+    // children only then, so a click before it would land where a control used to be.
+    bool press(const QString &name, UiHarness::Require require = UiHarness::Require::Enabled)
+    {
+        settle();
+        return ui->click(name, require);
+    }
+
+    void settle() { QQuickTest::qWaitForPolish(ui->window()); }
+
     bool openSheet(const QString &button, const QString &sheet)
     {
-        return ui->click(button) && ui->waitForSheet(sheet, true);
+        if (!press(button) || !ui->waitForSheet(sheet, true))
+            return false;
+        settle();
+        return true;
     }
 
 private slots:
@@ -107,7 +121,7 @@ private slots:
 
         const QString explore = QStringLiteral("exploreButton_%1").arg(world);
         QCOMPARE(ui->text(explore), QStringLiteral("Explore"));
-        UI(ui->click(explore));
+        UI(press(explore));
         QCOMPARE(ui->studio().mission(), expected);
         QVERIFY(!ui->studio().free());
         QVERIFY(!ui->studio().map());
@@ -120,7 +134,7 @@ private slots:
     {
         // World 1 all but its last mission, and one mission of world 2 itself.
         UI(startReturning(range(0, 11) << 12));
-        UI(ui->click(QStringLiteral("mission_3")));
+        UI(press(QStringLiteral("mission_3")));
         const QString code = ui->studio().code();
         UI(openSheet(QStringLiteral("mapButton"), QStringLiteral("mapSheet")));
 
@@ -133,7 +147,7 @@ private slots:
                  QStringLiteral("1 / 6 badges \u00b7 Reward: Lavender dream canvas"));
         QCOMPARE(ui->property(QStringLiteral("worldProgress_2"), "value").toDouble(), 1.0);
 
-        UI(ui->click(QStringLiteral("exploreButton_2"), UiHarness::Require::Anything));
+        UI(press(QStringLiteral("exploreButton_2"), UiHarness::Require::Anything));
         QTest::qWait(50);
         QCOMPARE(ui->studio().mission(), 3);
         QCOMPARE(ui->studio().code(), code);
@@ -141,7 +155,7 @@ private slots:
         QVERIFY(ui->isSheetOpen(QStringLiteral("mapSheet")));
 
         // Done leaves the mission and the code as they were.
-        UI(ui->click(QStringLiteral("mapDoneButton")));
+        UI(press(QStringLiteral("mapDoneButton")));
         UI(ui->waitForSheet(QStringLiteral("mapSheet"), false));
         QCOMPARE(ui->studio().mission(), 3);
         QCOMPARE(ui->studio().code(), code);
@@ -180,7 +194,7 @@ private slots:
             QCOMPARE(ui->text(QStringLiteral("badgeState_%1").arg(i)), expected);
         }
         // Badges are for looking at: a click changes nothing.
-        UI(ui->click(QStringLiteral("badge_4"), UiHarness::Require::Anything));
+        UI(press(QStringLiteral("badge_4"), UiHarness::Require::Anything));
         QCOMPARE(ui->studio().mission(), 0);
         QVERIFY(ui->isSheetOpen(QStringLiteral("collectionSheet")));
     }
@@ -193,7 +207,7 @@ private slots:
         QCOMPARE(ui->property(QStringLiteral("canvasMark_0"), "name").toString(), QStringLiteral("checkmark.seal.fill"));
         QCOMPARE(ui->text(QStringLiteral("canvasState_1")), QStringLiteral("Use this canvas"));
 
-        UI(ui->click(QStringLiteral("canvasCard_1")));
+        UI(press(QStringLiteral("canvasCard_1")));
         QCOMPARE(ui->studio().theme(), 1);
         QCOMPARE(ui->store().integer(QStringLiteral("theme")), 1);
         QVERIFY(ui->isSheetOpen(QStringLiteral("collectionSheet")));
@@ -202,7 +216,7 @@ private slots:
         QCOMPARE(ui->property(QStringLiteral("canvas"), "background").value<QColor>(), themes().at(1).color);
 
         // And back to the first canvas.
-        UI(ui->click(QStringLiteral("canvasCard_0")));
+        UI(press(QStringLiteral("canvasCard_0")));
         QCOMPARE(ui->studio().theme(), 0);
         QCOMPARE(ui->store().integer(QStringLiteral("theme")), 0);
         QCOMPARE(ui->property(QStringLiteral("canvas"), "background").value<QColor>(), themes().at(0).color);
@@ -216,7 +230,7 @@ private slots:
         QCOMPARE(ui->text(QStringLiteral("canvasState_5")), QStringLiteral("Unlock at 30 badges"));
         QVERIFY(!ui->isEnabled(QStringLiteral("canvasCard_2")));
 
-        UI(ui->click(QStringLiteral("canvasCard_2"), UiHarness::Require::Anything));
+        UI(press(QStringLiteral("canvasCard_2"), UiHarness::Require::Anything));
         QTest::qWait(50);
         QCOMPARE(ui->studio().theme(), 0);
         QCOMPARE(ui->store().integer(QStringLiteral("theme")), 0);
@@ -224,7 +238,7 @@ private slots:
         QCOMPARE(ui->property(QStringLiteral("canvas"), "background").value<QColor>(), themes().at(0).color);
         QVERIFY(ui->isSheetOpen(QStringLiteral("collectionSheet")));
 
-        UI(ui->click(QStringLiteral("treasuresDoneButton")));
+        UI(press(QStringLiteral("treasuresDoneButton")));
         UI(ui->waitForSheet(QStringLiteral("collectionSheet"), false));
         QVERIFY(!ui->studio().collection());
     }
@@ -239,7 +253,7 @@ private slots:
         QVERIFY(ui->isShown(QStringLiteral("galleryEmptyState")));
         QVERIFY(!ui->find(QStringLiteral("creationGrid")));
 
-        UI(ui->click(QStringLiteral("goToStudioButton")));
+        UI(press(QStringLiteral("goToStudioButton")));
         UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
         QVERIFY(!ui->studio().gallery());
     }
@@ -291,7 +305,7 @@ private slots:
         UI(startReturning({}, {creation(QStringLiteral("Other"), 0), creation(QStringLiteral("Corner"), 3, drawn, 2, code)}));
         UI(openSheet(QStringLiteral("galleryButton"), QStringLiteral("gallerySheet")));
 
-        UI(ui->click(QStringLiteral("creationCard_1")));
+        UI(press(QStringLiteral("creationCard_1")));
         UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
         QVERIFY(!ui->studio().gallery());
         QVERIFY(ui->studio().free());
@@ -322,20 +336,46 @@ private slots:
                          && cell->childItems().constFirst()->objectName().startsWith(QStringLiteral("creationCard_"));
             return cards;
         };
+        const auto lastBuilt = [&] {
+            int last = -1;
+            for (int i = 0; i < 300; ++i) {
+                if (ui->find(QStringLiteral("creationCard_%1").arg(i)))
+                    last = i;
+            }
+            return last;
+        };
         QVERIFY2(built() > 0 && built() < 20, qPrintable(QString::number(built())));
+        const int firstLast = lastBuilt();
 
-        // Scroll down with the mouse wheel until the last card is there.
+        // A few turns of the mouse wheel bring new cards in...
         const QPoint middle = grid->mapToScene(QPointF(grid->width() / 2, grid->height() / 2)).toPoint();
-        for (int turn = 0; turn < 2000 && !ui->find(QStringLiteral("creationCard_299")); ++turn) {
+        for (int turn = 0; turn < 40; ++turn) {
             QWheelEvent wheel(middle, ui->window()->mapToGlobal(middle), QPoint(), QPoint(0, -120), Qt::NoButton,
                               Qt::NoModifier, Qt::NoScrollPhase, false);
+            wheel.setTimestamp(ulong(1000 + 100 * turn));
             QCoreApplication::sendEvent(ui->window(), &wheel);
-            QCoreApplication::processEvents();
+            QTest::qWait(16);
         }
-        QVERIFY(ui->find(QStringLiteral("creationCard_299")));
+        QVERIFY(grid->property("contentY").toReal() > 0);
+        QVERIFY(QTest::qWaitFor([&] { return lastBuilt() > firstLast; }));
         QVERIFY2(built() < 20, qPrintable(QString::number(built())));
 
-        UI(ui->click(QStringLiteral("creationCard_299")));
+        // ...and dragging the scroll bar's handle to the bottom reaches the last one.
+        QQuickItem *bar = ui->item(QStringLiteral("creationScrollBar"));
+        QVERIFY(bar);
+        const qreal handleY = bar->height() * (bar->property("position").toReal() + bar->property("size").toReal() / 2);
+        const QPoint grab = bar->mapToScene(QPointF(bar->width() / 2, handleY)).toPoint();
+        const QPoint bottom = bar->mapToScene(QPointF(bar->width() / 2, bar->height() + 40)).toPoint();
+        QTest::mousePress(ui->window(), Qt::LeftButton, Qt::NoModifier, grab);
+        for (int step = 1; step <= 10; ++step)
+            QTest::mouseMove(ui->window(), grab + (bottom - grab) * step / 10);
+        QTest::mouseRelease(ui->window(), Qt::LeftButton, Qt::NoModifier, bottom);
+        settle();
+        QVERIFY(ui->find(QStringLiteral("creationCard_299")));
+        QVERIFY(!ui->find(QStringLiteral("creationCard_0")));
+        QVERIFY2(built() < 20, qPrintable(QString::number(built())));
+
+        UI(press(QStringLiteral("creationCard_299")));
         UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
         QCOMPARE(ui->studio().code(), many.last().code);
         QCOMPARE(ui->studio().theme(), 299 % 6);
@@ -400,7 +440,7 @@ private slots:
         const QString name = QStringLiteral("guideEntry_%1").arg(entry);
         QCOMPARE(ui->text(QStringLiteral("guideExample_%1").arg(entry)), example);
 
-        UI(ui->click(name));
+        UI(press(name));
         const QString expected = before + (before.endsWith(u'\n') ? QString() : QStringLiteral("\n")) + example + u'\n';
         QCOMPARE(ui->studio().code(), expected);
         QCOMPARE(ui->store().string(QStringLiteral("code0")).value_or(QString()), expected);
@@ -452,21 +492,21 @@ private slots:
         ui->studio().setSpeed(Studio::slowestSpeed);
         const QString code = QStringLiteral("repeat 40 [forward 10 right 9]");
         ui->studio().setCode(code);
-        UI(ui->click(QStringLiteral("runButton")));
+        UI(press(QStringLiteral("runButton")));
         QVERIFY(ui->studio().running());
         ui->studio().setGuide(true);
         UI(ui->waitForSheet(QStringLiteral("guideSheet"), true));
 
         for (int i = 0; i < 14; ++i)
             QVERIFY2(!ui->isEnabled(QStringLiteral("guideEntry_%1").arg(i)), qPrintable(QString::number(i)));
-        UI(ui->click(QStringLiteral("guideEntry_0"), UiHarness::Require::Anything));
-        UI(ui->click(QStringLiteral("guideEntry_13"), UiHarness::Require::Anything));
+        UI(press(QStringLiteral("guideEntry_0"), UiHarness::Require::Anything));
+        UI(press(QStringLiteral("guideEntry_13"), UiHarness::Require::Anything));
         QTest::qWait(50);
         QVERIFY(ui->studio().running());
         QCOMPARE(ui->studio().code(), code);
         QVERIFY(ui->isSheetOpen(QStringLiteral("guideSheet")));
 
-        UI(ui->click(QStringLiteral("guideDoneButton")));
+        UI(press(QStringLiteral("guideDoneButton")));
         UI(ui->waitForSheet(QStringLiteral("guideSheet"), false));
         QCOMPARE(ui->studio().code(), code);
         ui->studio().stop();

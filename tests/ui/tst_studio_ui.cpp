@@ -4,6 +4,7 @@
 
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
+#include "curriculum/Worlds.h"
 
 #include <QQmlComponent>
 #include <QSignalSpy>
@@ -71,6 +72,12 @@ private:
                          UiHarness::Require::Enabled))
             return false;
         return qAbs(ui->studio().speed() - Studio::slowestSpeed) < 1e-9;
+    }
+
+    int borderWidth(const QString &name) const
+    {
+        const auto *border = ui->property(name, "border").value<QObject *>();
+        return border ? border->property("width").toInt() : -1;
     }
 
     // Presses Run code and waits until the drawing has been carried out and judged.
@@ -255,7 +262,8 @@ private slots:
             // The sidebar follows into the next mission's world and can select it there.
             const QString row = QStringLiteral("mission_%1").arg(mission + 1);
             QVERIFY2(ui->isShown(row), qPrintable(row));
-            QVERIFY(ui->isEnabled(row));
+            QVERIFY2(ui->isEnabled(row), "a badge earned on screen opens the next row");
+            QCOMPARE(ui->property(row, "opacity").toReal(), 1.0);
             QCOMPARE(ui->property(QStringLiteral("worldPicker"), "currentIndex").toInt(), worldOf(mission + 1));
         } else {
             QVERIFY(ui->studio().free());
@@ -287,6 +295,57 @@ private slots:
         QVERIFY(!ui->isEnabled(QStringLiteral("mission_1")));
         // The drawing stays for the child to look at.
         QCOMPARE(ui->studio().code(), program);
+    }
+
+    void nothingToRun_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::newRow("empty editor") << QString();
+        QTest::newRow("only a comment") << QStringLiteral("; just thinking");
+    }
+
+    void nothingToRun()
+    {
+        QFETCH(QString, program);
+        UI(startReturning());
+        UI(ui->replaceText(QStringLiteral("codeEditor"), program));
+        QCOMPARE(ui->studio().code(), program);
+        UI(ui->click(QStringLiteral("runButton")));
+        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Add a command first. Try FORWARD 100."));
+        QVERIFY(!ui->studio().running());
+        QCOMPARE(ui->text(QStringLiteral("runButton")), QStringLiteral("Run code"));
+        QVERIFY(ui->studio().strokes().isEmpty());
+        QVERIFY(!ui->isEnabled(QStringLiteral("saveCreationButton")));
+        QVERIFY(!ui->isEnabled(QStringLiteral("exportButton")));
+    }
+
+    void hints()
+    {
+        UI(startReturning());
+        const Mission &mission = missions().at(0);
+        QCOMPARE(ui->text(QStringLiteral("hintButton")), QStringLiteral("A little hint"));
+        QVERIFY(!ui->isShown(QStringLiteral("hintText")));
+        for (qsizetype i = 0; i < mission.hints.size(); ++i) {
+            QVERIFY(ui->isEnabled(QStringLiteral("hintButton")));
+            UI(ui->click(QStringLiteral("hintButton")));
+            QVERIFY(ui->isShown(QStringLiteral("hintText")));
+            QCOMPARE(ui->text(QStringLiteral("hintText")), mission.hints.at(i));
+            QCOMPARE(ui->text(QStringLiteral("hintButton")), QStringLiteral("Next hint"));
+        }
+        QVERIFY2(!ui->isEnabled(QStringLiteral("hintButton")), "every hint is already shown");
+        UI(ui->click(QStringLiteral("hintButton"), UiHarness::Require::Anything));
+        QCOMPARE(ui->studio().hint(), int(mission.hints.size()));
+
+        // The target switch puts the mission's drawing on the canvas as a ghost, and takes it away.
+        const auto ghost = [&] { return ui->property(QStringLiteral("canvas"), "ghost").value<QList<Stroke>>(); };
+        QVERIFY(ghost().isEmpty());
+        UI(ui->click(QStringLiteral("targetSwitch")));
+        QVERIFY(ui->studio().showTarget());
+        QVERIFY(!ghost().isEmpty());
+        QCOMPARE(ghost(), ui->studio().targetStrokes());
+        UI(ui->click(QStringLiteral("targetSwitch")));
+        QVERIFY(!ui->studio().showTarget());
+        QVERIFY(ghost().isEmpty());
     }
 
     void stepProgress_data()
@@ -427,6 +486,109 @@ private slots:
         }
     }
 
+    // What a fresh badge unlocks shows at once, without reopening anything.
+    void badgeUnlocksOnScreen_data()
+    {
+        QTest::addColumn<int>("mission");
+        QTest::addColumn<QString>("royalLine");
+        QTest::addColumn<QString>("canvasLine");
+        QTest::addColumn<int>("theme");
+        QTest::newRow("third badge: the royal turtle")
+            << 2 << QStringLiteral("Your Majesty, the royal turtle, is now yours!") << QString() << -1;
+        QTest::newRow("sixth badge: a canvas") << 5 << QString() << QStringLiteral("New canvas unlocked: Peach sky!")
+                                               << 1;
+    }
+
+    void badgeUnlocksOnScreen()
+    {
+        QFETCH(int, mission);
+        QFETCH(QString, royalLine);
+        QFETCH(QString, canvasLine);
+        QFETCH(int, theme);
+        UI(startReturning(firstMissionsUpTo(mission)));
+        ui->studio().select(mission);
+        const bool royal = !royalLine.isEmpty();
+        QCOMPARE(ui->property(QStringLiteral("companionCard_3"), "opacity").toReal(), mission >= 3 ? 1.0 : 0.45);
+
+        QVERIFY(chooseFastestSpeed());
+        UI(ui->replaceText(QStringLiteral("codeEditor"), missions().at(mission).solution));
+        UI(ui->click(QStringLiteral("runButton")));
+        UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), true));
+        QCOMPARE(ui->isShown(QStringLiteral("royalLine")), royal);
+        if (royal)
+            QCOMPARE(ui->text(QStringLiteral("royalLine")), royalLine);
+        QCOMPARE(ui->isShown(QStringLiteral("canvasLine")), !canvasLine.isEmpty());
+        if (!canvasLine.isEmpty())
+            QCOMPARE(ui->text(QStringLiteral("canvasLine")), canvasLine);
+        UI(ui->click(QStringLiteral("keepExploringButton")));
+        UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), false));
+        QCOMPARE(ui->studio().mission(), mission); // keep exploring stays put
+        QCOMPARE(ui->studio().code(), missions().at(mission).solution);
+
+        // The royal companion's card answers now.
+        QCOMPARE(ui->property(QStringLiteral("companionCard_3"), "opacity").toReal(), 1.0);
+        UI(ui->click(QStringLiteral("companionCard_3")));
+        QCOMPARE(ui->studio().turtle(), 3);
+
+        if (theme >= 0) {
+            UI(ui->click(QStringLiteral("themeMenuButton")));
+            UI(ui->waitFor([&] { return ui->property(QStringLiteral("themeMenu"), "opened").toBool(); },
+                           QStringLiteral("the theme menu to open")));
+            const QString entry = QStringLiteral("theme_%1").arg(theme);
+            QVERIFY2(ui->isEnabled(entry), "the canvas just earned can be chosen");
+            QCOMPARE(ui->text(entry), themes().at(theme).name);
+            UI(ui->click(entry));
+            QCOMPARE(ui->studio().theme(), theme);
+        }
+    }
+
+    void companionCards()
+    {
+        UI(startReturning());
+        QCOMPARE(ui->studio().turtle(), 0);
+        QCOMPARE(borderWidth(QStringLiteral("companionCard_0")), 2);
+
+        UI(ui->click(QStringLiteral("companionCard_1")));
+        QCOMPARE(ui->studio().turtle(), 1);
+        QCOMPARE(ui->store().integer(QStringLiteral("turtle")), 1);
+        QCOMPARE(ui->text(QStringLiteral("companionEditButton")), QStringLiteral("Peaches"));
+
+        // The royal companion is locked with no badges: the click changes nothing.
+        QCOMPARE(ui->property(QStringLiteral("companionCard_3"), "opacity").toReal(), 0.45);
+        UI(ui->click(QStringLiteral("companionCard_3"), UiHarness::Require::Anything));
+        QCOMPARE(ui->studio().turtle(), 1);
+
+        // A new nickname (given in the companion sheet) shows on the card and on the pencil button.
+        QVERIFY(ui->studio().saveCompanion(2, QStringLiteral("Zoomer")));
+        QVERIFY2(ui->texts(QStringLiteral("companionCard_2")).contains(QStringLiteral("Zoomer")),
+                 qPrintable(ui->texts(QStringLiteral("companionCard_2")).join(u'|')));
+        QCOMPARE(ui->text(QStringLiteral("companionEditButton")), QStringLiteral("Zoomer"));
+        QCOMPARE(borderWidth(QStringLiteral("companionCard_2")), 2);
+        QCOMPARE(borderWidth(QStringLiteral("companionCard_1")), 1);
+    }
+
+    void worldPickerBrowses()
+    {
+        UI(startReturning());
+        QVERIFY(ui->isShown(QStringLiteral("mission_0")));
+        UI(ui->click(QStringLiteral("worldPicker")));
+        UI(ui->waitFor([&] { return ui->property(QStringLiteral("worldPicker"), "popup")
+                                       .value<QObject *>()->property("opened").toBool(); },
+                       QStringLiteral("the world list to open")));
+        ui->key(Qt::Key_Down);
+        ui->key(Qt::Key_Down);
+        ui->key(Qt::Key_Return);
+        UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("mission_12")); },
+                       QStringLiteral("the third world's missions")));
+        QCOMPARE(ui->property(QStringLiteral("worldPicker"), "displayText").toString(),
+                 QStringLiteral("3. ") + worlds().at(2).title);
+        QVERIFY(!ui->find(QStringLiteral("mission_0")) || !ui->isShown(QStringLiteral("mission_0")));
+        QVERIFY(!ui->isEnabled(QStringLiteral("mission_12")));
+        // Browsing does not select anything.
+        QCOMPARE(ui->studio().mission(), 0);
+        QCOMPARE(ui->text(QStringLiteral("bannerTitle")), missions().at(0).title);
+    }
+
     void sidebarMissions_data()
     {
         QTest::addColumn<QList<qint64>>("completed");
@@ -489,7 +651,7 @@ private slots:
         QVERIFY(chooseSlowestSpeed());
         UI(ui->replaceText(QStringLiteral("codeEditor"), program));
         if (!editorFocused)
-            ui->window()->contentItem()->forceActiveFocus();
+            UI(ui->click(QStringLiteral("hintButton"))); // takes the focus away from the editor
         QCOMPARE(ui->hasFocus(QStringLiteral("codeEditor")), editorFocused);
 
         ui->key(Qt::Key(key), Qt::KeyboardModifiers(modifiers));
@@ -512,6 +674,44 @@ private slots:
         QCOMPARE(ui->text(QStringLiteral("runButton")), QStringLiteral("Run code"));
         QVERIFY(ui->isEnabled(QStringLiteral("codeEditor")));
         QCOMPARE(ui->studio().code(), program); // the key did not also type a line break
+    }
+
+    // A modal sheet has the child's attention: the studio behind it does not run.
+    void ctrlReturnIgnoredBehindSheets_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("save dialog") << QStringLiteral("saveCreationButton") << QStringLiteral("savingSheet");
+        QTest::newRow("map") << QStringLiteral("mapButton") << QStringLiteral("mapSheet");
+        QTest::newRow("handbook") << QStringLiteral("handbookButton") << QStringLiteral("guideSheet");
+    }
+
+    void ctrlReturnIgnoredBehindSheets()
+    {
+        QFETCH(QString, button);
+        QFETCH(QString, sheet);
+        UI(startReturning());
+        UI(ui->click(QStringLiteral("freePlayButton")));
+        QVERIFY(chooseFastestSpeed());
+        const QString program = QStringLiteral("forward 40\nright 90\nforward 40");
+        UI(ui->replaceText(QStringLiteral("codeEditor"), program));
+        QVERIFY(runToEnd());
+        QVERIFY(chooseSlowestSpeed());
+
+        UI(ui->click(button));
+        UI(ui->waitForSheet(sheet, true));
+        QSignalSpy runs(&ui->studio(), &Studio::runningChanged);
+        ui->key(Qt::Key_Return, Qt::ControlModifier);
+        QCOMPARE(runs.count(), 0);
+        QVERIFY(!ui->studio().running());
+        QCOMPARE(ui->studio().drawingSource(), program); // the finished drawing is still there to save
+
+        ui->key(Qt::Key_Escape);
+        UI(ui->waitForSheet(sheet, false));
+        ui->key(Qt::Key_Return, Qt::ControlModifier);
+        QVERIFY2(ui->studio().running(), "with the sheet gone the shortcut works again");
+        ui->key(Qt::Key_Return, Qt::ControlModifier);
+        QVERIFY(!ui->studio().running());
     }
 
     void saveCreation_data()

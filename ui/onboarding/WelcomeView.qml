@@ -92,7 +92,8 @@ Rectangle {
                     spacing: 14
                     Image {
                         source: "qrc:/MarbleCove/resources/MarbleCoveLogo.png"
-                        sourceSize: Qt.size(310, 310)
+                        sourceSize.width: 310
+                        sourceSize.height: 310
                         visible: status === Image.Ready
                         Layout.preferredWidth: 155
                         Layout.preferredHeight: 155

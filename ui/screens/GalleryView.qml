@@ -32,40 +32,42 @@ Item {
             color: Theme.secondary
         }
 
-        ColumnLayout {
+        Item {
             objectName: "galleryEmptyState"
             visible: creations.count === 0
-            spacing: 16
             Layout.fillWidth: true
             Layout.fillHeight: true
 
-            Item { Layout.fillHeight: true }
-            SymbolIcon {
-                name: "photo.on.rectangle.angled"
-                size: 55
-                color: Theme.violet
-                Layout.alignment: Qt.AlignHCenter
+            Column {
+                anchors.centerIn: parent
+                spacing: 16
+
+                SymbolIcon {
+                    name: "photo.on.rectangle.angled"
+                    size: 55
+                    color: Theme.violet
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+                Text {
+                    text: "Your gallery is waiting for its first masterpiece."
+                    font.pixelSize: Theme.title3Size
+                    color: Theme.ink
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+                Text {
+                    text: "Run some code, then choose Save creation."
+                    font.pixelSize: 14
+                    color: Theme.secondary
+                    anchors.horizontalCenter: parent.horizontalCenter
+                }
+                StudioButton {
+                    objectName: "goToStudioButton"
+                    kind: "prominent"
+                    text: "Go to the studio"
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    onClicked: Studio.gallery = false
+                }
             }
-            Text {
-                text: "Your gallery is waiting for its first masterpiece."
-                font.pixelSize: Theme.title3Size
-                color: Theme.ink
-                Layout.alignment: Qt.AlignHCenter
-            }
-            Text {
-                text: "Run some code, then choose Save creation."
-                font.pixelSize: 14
-                color: Theme.secondary
-                Layout.alignment: Qt.AlignHCenter
-            }
-            StudioButton {
-                objectName: "goToStudioButton"
-                kind: "prominent"
-                text: "Go to the studio"
-                Layout.alignment: Qt.AlignHCenter
-                onClicked: Studio.gallery = false
-            }
-            Item { Layout.fillHeight: true }
         }
 
         // Only built when there is something to show; cards are made as they scroll into view.
@@ -84,10 +86,12 @@ Item {
                                                    + linkLine.height + 14
                 clip: true
                 model: creations
+                // No current card: a view keeps its current item alive wherever it scrolls.
+                currentIndex: -1
                 cellWidth: width / 2
                 cellHeight: cardHeight + gap
                 boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: ScrollBar {}
+                ScrollBar.vertical: ScrollBar { objectName: "creationScrollBar" }
 
                 FontMetrics { id: titleLine; font.pixelSize: 17; font.bold: true }
                 FontMetrics { id: dateLine; font.pixelSize: 12 }

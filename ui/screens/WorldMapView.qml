@@ -152,6 +152,8 @@ Rectangle {
                                 kind: "prominent"
                                 text: card.open ? "Explore" : "Locked"
                                 enabled: card.open
+                                // The same width either way, so every progress bar ends at the same place.
+                                Layout.preferredWidth: 92
                                 onClicked: map.explore(card.index)
                             }
                         }

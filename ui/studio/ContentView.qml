@@ -94,7 +94,10 @@ Rectangle {
                                 id: stage
                                 anchors.fill: parent
                                 anchors.margins: 18
-                                onExportRequested: exportDialog.open()
+                                onExportRequested: {
+                                    exportDialog.selectedFile = exportDialog.currentFolder + "/Marble Cove creation.png"
+                                    exportDialog.open()
+                                }
                             }
                         }
                     }
@@ -123,7 +126,6 @@ Rectangle {
         defaultSuffix: "png"
         acceptLabel: "Save"
         currentFolder: StandardPaths.writableLocation(StandardPaths.PicturesLocation)
-        currentFile: currentFolder + "/Marble Cove creation.png"
         onAccepted: Studio.exportPNG(Catalog.localPath(selectedFile))
     }
 

@@ -59,7 +59,9 @@ ColumnLayout {
                     required property int index
                     readonly property int mission: sidebar.browsedWorld * 6 + index
                     readonly property bool done: Studio.completed.indexOf(mission) >= 0
-                    readonly property bool open: (Studio.badges, Studio.isMissionOpen(mission))
+                    // Badges must be part of the result: a bare read is dropped by the compiler,
+                    // and the row would not open when a badge is earned.
+                    readonly property bool open: Studio.badges >= 0 && Studio.isMissionOpen(mission)
                     objectName: "mission_" + mission
                     kind: "plain"
                     width: parent.width

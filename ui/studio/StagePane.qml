@@ -39,7 +39,8 @@ ColumnLayout {
                         required property int index
                         objectName: "theme_" + index
                         text: Catalog.themeMenuLabel(index, Studio.badges)
-                        enabled: (Studio.badges, Studio.isThemeAvailable(index))
+                        // Badges take part in the result so that a new badge re-enables the entry.
+                        enabled: Studio.badges >= 0 && Studio.isThemeAvailable(index)
                         checkable: true
                         checked: Studio.theme === index
                         onTriggered: Studio.theme = index
@@ -140,7 +141,8 @@ ColumnLayout {
                 Rectangle {
                     id: card
                     required property int index
-                    readonly property bool unlocked: (Studio.badges, Studio.isTurtleUnlocked(index))
+                    // Badges take part in the result so that the third badge unlocks the card.
+                    readonly property bool unlocked: Studio.badges >= 0 && Studio.isTurtleUnlocked(index)
                     objectName: "companionCard_" + index
                     implicitWidth: 84
                     implicitHeight: 92

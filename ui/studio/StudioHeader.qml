@@ -20,7 +20,8 @@ Rectangle {
         Image {
             id: logo
             source: "qrc:/MarbleCove/resources/MarbleCoveLogo.png"
-            sourceSize: Qt.size(96, 96)
+            sourceSize.width: 96
+            sourceSize.height: 96
             fillMode: Image.PreserveAspectFit
             Layout.preferredWidth: 48
             Layout.preferredHeight: 48

@@ -1,0 +1,148 @@
+// The whole game played through the screens, as a child would: the welcome, all thirty
+// missions typed into the editor and run, a creation saved and a picture exported, a restart
+// that gives everything back, and finally starting over.
+#include "UiHarness.h"
+
+#include "curriculum/Missions.h"
+#include "curriculum/Themes.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+#include <memory>
+
+#define UI(step) QVERIFY2((step), ui->why())
+
+class JourneyTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<UiHarness> ui;
+
+    bool chooseFastestSpeed()
+    {
+        QQuickItem *slider = ui->item(QStringLiteral("speedSlider"));
+        return slider
+            && ui->clickAt(slider, QPointF(slider->width() - 1, slider->height() / 2), QStringLiteral("speedSlider"),
+                           UiHarness::Require::Enabled)
+            && qAbs(ui->studio().speed() - Studio::fastestSpeed) < 1e-9;
+    }
+
+    bool typeAndRun(const QString &code)
+    {
+        QSignalSpy finished(&ui->studio(), &Studio::drawingFinished);
+        return ui->replaceText(QStringLiteral("codeEditor"), code) && ui->studio().code() == code
+            && ui->click(QStringLiteral("runButton"))
+            && ui->waitFor([&] { return finished.count() == 1; }, QStringLiteral("the run to finish"), 60000);
+    }
+
+private slots:
+    void thePlayersWholeJourney()
+    {
+        QElapsedTimer clock;
+        clock.start();
+        UiHarness::takeWarnings();
+        ui = std::make_unique<UiHarness>();
+
+        // The first start: the welcome flow, with a name and a companion.
+        UI(ui->start());
+        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
+        UI(ui->click(QStringLiteral("welcomeForwardButton")));
+        UI(ui->replaceText(QStringLiteral("playerField"), QStringLiteral("Ada")));
+        UI(ui->click(QStringLiteral("welcomeForwardButton")));
+        UI(ui->click(QStringLiteral("pickerCard_2")));
+        UI(ui->click(QStringLiteral("welcomeForwardButton")));
+        UI(ui->click(QStringLiteral("welcomeForwardButton")));
+        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
+        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Ada and Orbit. Let’s make something!"));
+        UI(chooseFastestSpeed());
+
+        // Every mission, by its own solution, following the celebration onwards.
+        for (int mission = 0; mission < missions().size(); ++mission) {
+            const QByteArray where = "mission " + QByteArray::number(mission);
+            QCOMPARE(ui->studio().mission(), mission);
+            QVERIFY2(!ui->studio().free(), where);
+            UI(typeAndRun(missions().at(mission).solution));
+            UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), true));
+            const int badges = mission + 1;
+            QCOMPARE(ui->text(QStringLiteral("celebrationHeadline")), QStringLiteral("Look what you made!"));
+            QVERIFY2(ui->isShown(QStringLiteral("royalLine")) == (badges == 3), where);
+            const bool newCanvas = badges % 6 == 0;
+            QVERIFY2(ui->isShown(QStringLiteral("canvasLine")) == newCanvas, where);
+            if (newCanvas)
+                QCOMPARE(ui->text(QStringLiteral("canvasLine")),
+                         QStringLiteral("New canvas unlocked: ") + themes().at(badges / 6).name + u'!');
+            QCOMPARE(ui->text(QStringLiteral("nextAdventureButton")),
+                     badges == 30 ? QStringLiteral("Explore free play") : QStringLiteral("Next adventure"));
+            UI(ui->click(QStringLiteral("nextAdventureButton")));
+            UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), false));
+        }
+        QVERIFY(ui->studio().free());
+        QCOMPARE(ui->text(QStringLiteral("rank")), QStringLiteral("Marble Cove Master"));
+
+        // A creation kept in the gallery, and a picture exported.
+        UI(typeAndRun(QStringLiteral("color pink\nrepeat 36 [\n  forward 120\n  right 170\n]\n")));
+        UI(ui->click(QStringLiteral("saveCreationButton")));
+        UI(ui->waitForSheet(QStringLiteral("savingSheet"), true));
+        QCOMPARE(ui->property(QStringLiteral("titleField"), "text").toString(), QStringLiteral("My masterpiece"));
+        UI(ui->replaceText(QStringLiteral("titleField"), QStringLiteral("Pink star")));
+        UI(ui->click(QStringLiteral("saveToGalleryButton")));
+        UI(ui->waitForSheet(QStringLiteral("savingSheet"), false));
+        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("‘Pink star’ is safe in your gallery."));
+
+        QTemporaryDir pictures;
+        const QString picture = pictures.filePath(QStringLiteral("Marble Cove creation.png"));
+        QObject *dialog = ui->find(QStringLiteral("exportDialog"));
+        QVERIFY(dialog);
+        // The folder the child browses to; the dialog offers the picture's usual name in it.
+        dialog->setProperty("currentFolder", QUrl::fromLocalFile(pictures.path()));
+        UI(ui->click(QStringLiteral("exportButton")));
+        UI(ui->waitFor([&] { return dialog->property("visible").toBool(); }, QStringLiteral("the save dialog")));
+        QCOMPARE(dialog->property("selectedFile").toUrl(), QUrl::fromLocalFile(picture));
+        QMetaObject::invokeMethod(dialog, "accept");
+        UI(ui->waitFor([&] { return QFile::exists(picture); }, QStringLiteral("the exported picture")));
+        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Your picture is exported!"));
+        QCOMPARE(QImage(picture).size(), QSize(1200, 1000));
+
+        // A restart gives everything back.
+        ui->shutDown();
+        UI(ui->start());
+        QVERIFY(!ui->isSheetOpen(QStringLiteral("welcomeSheet")));
+        QCOMPARE(ui->studio().badges(), 30);
+        QCOMPARE(ui->text(QStringLiteral("rank")), QStringLiteral("Marble Cove Master"));
+        QCOMPARE(ui->text(QStringLiteral("experience")), QStringLiteral("✦ 3000 XP"));
+        QCOMPARE(ui->text(QStringLiteral("progressText")), QStringLiteral("30 / 30 missions explored"));
+        QCOMPARE(ui->studio().turtleName(), QStringLiteral("Orbit"));
+        QCOMPARE(ui->studio().creations().size(), 1);
+        QCOMPARE(ui->studio().creations().first().title, QStringLiteral("Pink star"));
+        UI(ui->click(QStringLiteral("galleryButton")));
+        UI(ui->waitForSheet(QStringLiteral("gallerySheet"), true));
+        ui->key(Qt::Key_Escape);
+        UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
+
+        // Starting over.
+        UI(ui->click(QStringLiteral("profileButton")));
+        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), true));
+        UI(ui->click(QStringLiteral("startOverButton")));
+        UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("eraseGameButton")); }, QStringLiteral("the erase alert")));
+        UI(ui->click(QStringLiteral("eraseGameButton")));
+        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
+        QCOMPARE(ui->studio().badges(), 0);
+        QVERIFY(ui->studio().creations().isEmpty());
+        QVERIFY(ui->store().keys().isEmpty());
+        QVERIFY(QFile::exists(picture)); // exported pictures stay where they are
+
+        ui.reset();
+        const QStringList warnings = UiHarness::takeWarnings();
+        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
+        qInfo("the whole journey took %.1f s", double(clock.elapsed()) / 1000.0);
+    }
+};
+
+QTEST_MAIN(JourneyTest)
+#include "tst_journey.moc"
