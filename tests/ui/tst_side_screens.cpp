@@ -251,7 +251,9 @@ private slots:
         UI(openSheet(QStringLiteral("galleryButton"), QStringLiteral("gallerySheet")));
         QCOMPARE(ui->text(QStringLiteral("galleryTitle")), QStringLiteral("Made by Ada"));
         QVERIFY(ui->isShown(QStringLiteral("galleryEmptyState")));
-        QVERIFY(!ui->find(QStringLiteral("creationGrid")));
+        QVERIFY(!ui->isShown(QStringLiteral("creationGrid")));
+        QCOMPARE(ui->property(QStringLiteral("creationGrid"), "count").toInt(), 0);
+        QVERIFY(!ui->find(QStringLiteral("creationCard_0")));
 
         UI(press(QStringLiteral("goToStudioButton")));
         UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));

@@ -24,7 +24,7 @@ ColumnLayout {
                 required property string modelData
                 required property int index
                 readonly property bool chosen: picker.selected === index
-                readonly property bool unlocked: (Studio.badges, Studio.isTurtleUnlocked(index))
+                readonly property bool unlocked: Studio.badges >= 0 && Studio.isTurtleUnlocked(index)
                 readonly property color fill: chosen ? Theme.mint : Theme.card
                 objectName: "pickerCard_" + index
                 Layout.fillWidth: true
@@ -33,7 +33,7 @@ ColumnLayout {
                 topPadding: 14
                 bottomPadding: 14
                 Accessible.name: modelData + ", " + (chosen ? "selected" : (unlocked ? "available" : "unlocks at 3 badges"))
-                onClicked: picker.picked(index, (Studio.turtleNames, Studio.displayName(index)))
+                onClicked: picker.picked(index, Studio.displayName(index))
 
                 background: Rectangle {
                     radius: 18

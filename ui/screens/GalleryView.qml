@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -70,94 +72,90 @@ Item {
             }
         }
 
-        // Only built when there is something to show; cards are made as they scroll into view.
-        Loader {
-            active: creations.count > 0
-            visible: active
+        // Cards are made only as they scroll into view, so hundreds of creations cost a screenful.
+        GridView {
+            id: grid
+            objectName: "creationGrid"
+            readonly property real gap: 20
+            // Every card has the same single-line texts, so the row height is known up front.
+            readonly property real cardHeight: 14 + 180 + 10 + titleLine.height + 10 + dateLine.height + 10
+                                               + linkLine.height + 14
+            visible: creations.count > 0
             Layout.fillWidth: true
             Layout.fillHeight: true
+            clip: true
+            model: creations
+            // No current card: a view keeps its current item alive wherever it scrolls.
+            currentIndex: -1
+            cellWidth: width / 2
+            cellHeight: cardHeight + gap
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar { objectName: "creationScrollBar" }
 
-            sourceComponent: GridView {
-                id: grid
-                objectName: "creationGrid"
-                readonly property real gap: 20
-                // Every card has the same single-line texts, so the row height is known up front.
-                readonly property real cardHeight: 14 + 180 + 10 + titleLine.height + 10 + dateLine.height + 10
-                                                   + linkLine.height + 14
-                clip: true
-                model: creations
-                // No current card: a view keeps its current item alive wherever it scrolls.
-                currentIndex: -1
-                cellWidth: width / 2
-                cellHeight: cardHeight + gap
-                boundsBehavior: Flickable.StopAtBounds
-                ScrollBar.vertical: ScrollBar { objectName: "creationScrollBar" }
+            FontMetrics { id: titleLine; font.pixelSize: 17; font.bold: true }
+            FontMetrics { id: dateLine; font.pixelSize: 12 }
+            FontMetrics { id: linkLine; font.pixelSize: 13; font.bold: true }
 
-                FontMetrics { id: titleLine; font.pixelSize: 17; font.bold: true }
-                FontMetrics { id: dateLine; font.pixelSize: 12 }
-                FontMetrics { id: linkLine; font.pixelSize: 13; font.bold: true }
+            delegate: Item {
+                id: cell
+                required property int index
+                required property string title
+                required property string dateText
+                required property color themeColor
+                required property var strokes
 
-                delegate: Item {
-                    id: cell
-                    required property int index
-                    required property string title
-                    required property string dateText
-                    required property color themeColor
-                    required property var strokes
+                width: grid.cellWidth
+                height: grid.cellHeight
 
-                    width: grid.cellWidth
-                    height: grid.cellHeight
+                StudioButton {
+                    objectName: "creationCard_" + cell.index
+                    kind: "plain"
+                    // Half the gap on each side of the middle, none at the outer edges.
+                    x: cell.index % 2 === 0 ? 0 : grid.gap / 2
+                    width: cell.width - grid.gap / 2
+                    height: grid.cardHeight
+                    padding: 14
+                    leftPadding: 14
+                    rightPadding: 14
+                    Accessible.name: cell.title
+                    onClicked: creations.open(cell.index)
 
-                    StudioButton {
-                        objectName: "creationCard_" + cell.index
-                        kind: "plain"
-                        // Half the gap on each side of the middle, none at the outer edges.
-                        x: cell.index % 2 === 0 ? 0 : grid.gap / 2
-                        width: cell.width - grid.gap / 2
-                        height: grid.cardHeight
-                        padding: 14
-                        leftPadding: 14
-                        rightPadding: 14
-                        Accessible.name: cell.title
-                        onClicked: creations.open(cell.index)
-
-                        contentItem: Column {
-                            spacing: 10
-                            DrawingSurface {
-                                objectName: "creationThumbnail_" + cell.index
-                                width: parent.width
-                                height: 180
-                                strokes: cell.strokes
-                                bounds: cell.strokes
-                                background: cell.themeColor
-                                grid: false
-                            }
-                            Text {
-                                objectName: "creationTitle_" + cell.index
-                                text: cell.title
-                                font.pixelSize: 17
-                                font.bold: true
-                                color: Theme.ink
-                                elide: Text.ElideRight
-                                width: parent.width
-                            }
-                            Text {
-                                objectName: "creationDate_" + cell.index
-                                text: cell.dateText
-                                font.pixelSize: 12
-                                color: Theme.secondary
-                            }
-                            Text {
-                                text: "Open & remix \u2192"
-                                font.pixelSize: 13
-                                font.bold: true
-                                color: Theme.violet
-                            }
+                    contentItem: Column {
+                        spacing: 10
+                        DrawingSurface {
+                            objectName: "creationThumbnail_" + cell.index
+                            width: parent.width
+                            height: 180
+                            strokes: cell.strokes
+                            bounds: cell.strokes
+                            background: cell.themeColor
+                            grid: false
                         }
-                        background: Rectangle {
-                            radius: 18
-                            color: Qt.rgba(Theme.gray.r, Theme.gray.g, Theme.gray.b, 0.04)
+                        Text {
+                            objectName: "creationTitle_" + cell.index
+                            text: cell.title
+                            font.pixelSize: 17
+                            font.bold: true
+                            color: Theme.ink
+                            elide: Text.ElideRight
+                            width: parent.width
                         }
+                        Text {
+                            objectName: "creationDate_" + cell.index
+                            text: cell.dateText
+                            font.pixelSize: 12
+                            color: Theme.secondary
+                        }
+                        Text {
+                            text: "Open & remix \u2192"
+                            font.pixelSize: 13
+                            font.bold: true
+                            color: Theme.violet
+                        }
+                    }
+                    background: Rectangle {
+                        radius: 18
+                        color: Qt.rgba(Theme.gray.r, Theme.gray.g, Theme.gray.b, 0.04)
                     }
                 }
             }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -10,6 +12,8 @@ Item {
     implicitHeight: 730
 
     readonly property int count: Studio.badges
+    // Untyped, so that the list's script methods (indexOf) are there for tooling too.
+    readonly property var completed: Studio.completed
 
     component SectionTitle: Text {
         font.pixelSize: Theme.title3Size
@@ -73,7 +77,7 @@ Item {
                                     id: cell
                                     required property int index
                                     readonly property int mission: world.index * 6 + index
-                                    readonly property bool earned: Studio.completed.indexOf(mission) >= 0
+                                    readonly property bool earned: shelf.completed.indexOf(mission) >= 0
 
                                     objectName: "badge_" + mission
                                     width: (badges.width - 2 * badges.spacing) / 3

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -11,10 +13,13 @@ Rectangle {
     color: Theme.mapBackground
     radius: 18
 
+    // Untyped, so that the list's script methods (indexOf) are there for tooling too.
+    readonly property var completed: Studio.completed
+
     function earned(world) {
         let count = 0
         for (let i = 6 * world; i < 6 * world + 6; ++i) {
-            if (Studio.completed.indexOf(i) >= 0)
+            if (map.completed.indexOf(i) >= 0)
                 ++count
         }
         return count
@@ -22,14 +27,14 @@ Rectangle {
 
     // A world opens with the last mission of the world before it.
     function unlocked(world) {
-        return world === 0 || Studio.completed.indexOf(6 * world - 1) >= 0
+        return world === 0 || map.completed.indexOf(6 * world - 1) >= 0
     }
 
     // The first mission of the world not yet earned; the world's first when all are.
     function explore(world) {
         let target = 6 * world
         for (let i = 6 * world; i < 6 * world + 6; ++i) {
-            if (Studio.completed.indexOf(i) < 0) {
+            if (map.completed.indexOf(i) < 0) {
                 target = i
                 break
             }

@@ -97,9 +97,10 @@ ColumnLayout {
         }
     }
 
+    // The window's shortcut, not the application's: a modal sheet on top then blocks it.
     Shortcut {
         sequences: ["Ctrl+Return", "Ctrl+Enter"]
-        context: Qt.ApplicationShortcut
+        context: Qt.WindowShortcut
         onActivated: Studio.running ? Studio.stop() : Studio.run()
     }
 
