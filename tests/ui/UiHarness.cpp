@@ -1,5 +1,7 @@
 #include "UiHarness.h"
 
+#include <QtQuickTest/quicktest.h>
+
 #include "ui/StudioSingleton.h"
 
 #include <QGuiApplication>
@@ -256,10 +258,27 @@ bool UiHarness::click(const QString &name, Require require)
     return clickAt(target, QPointF(target->width() / 2, target->height() / 2), name, require);
 }
 
+bool UiHarness::chooseSpeed(bool fastest)
+{
+    QQuickItem *slider = item(QStringLiteral("speedSlider"));
+    if (!slider)
+        return fail(QStringLiteral("chooseSpeed: there is no speed slider"));
+    const QPointF end(fastest ? slider->width() - 1 : 1, slider->height() / 2);
+    if (!clickAt(slider, end, QStringLiteral("speedSlider"), Require::Enabled))
+        return false;
+    const double wanted = fastest ? Studio::fastestSpeed : Studio::slowestSpeed;
+    if (qAbs(m_studio->speed() - wanted) > 1e-9)
+        return fail(QStringLiteral("chooseSpeed: the slider set %1, not %2").arg(m_studio->speed()).arg(wanted));
+    return true;
+}
+
 bool UiHarness::clickAt(QQuickItem *target, QPointF local, const QString &what, Require require)
 {
     if (!m_window || target->window() != m_window)
         return fail(QStringLiteral("click: %1 is not in the window").arg(what));
+    // A sheet that has just opened may not have placed its children yet.
+    if (!QQuickTest::qWaitForPolish(m_window))
+        return fail(QStringLiteral("click: the window never finished laying out before %1").arg(what));
     if (!target->isVisible())
         return fail(QStringLiteral("click: %1 is not visible").arg(what));
     if (require == Require::Enabled && !target->isEnabled())

@@ -66,6 +66,9 @@ public:
     [[nodiscard]] bool click(const QString &name, Require require = Require::Enabled);
     [[nodiscard]] bool clickAt(QQuickItem *item, QPointF local, const QString &what, Require require);
 
+    // Clicks the speed slider at its fast (right) or slow (left) end, as a child drags it there.
+    [[nodiscard]] bool chooseSpeed(bool fastest);
+
     // Types into the focused item; a line feed is the Return key.
     [[nodiscard]] bool type(const QString &text);
     // Clicks into the named field, selects everything in it and types the replacement.

@@ -24,15 +24,6 @@ class JourneyTest : public QObject
 private:
     std::unique_ptr<UiHarness> ui;
 
-    bool chooseFastestSpeed()
-    {
-        QQuickItem *slider = ui->item(QStringLiteral("speedSlider"));
-        return slider
-            && ui->clickAt(slider, QPointF(slider->width() - 1, slider->height() / 2), QStringLiteral("speedSlider"),
-                           UiHarness::Require::Enabled)
-            && qAbs(ui->studio().speed() - Studio::fastestSpeed) < 1e-9;
-    }
-
     bool typeAndRun(const QString &code)
     {
         QSignalSpy finished(&ui->studio(), &Studio::drawingFinished);
@@ -60,7 +51,7 @@ private slots:
         UI(ui->click(QStringLiteral("welcomeForwardButton")));
         UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
         QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Ada and Orbit. Let’s make something!"));
-        UI(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
 
         // Every mission, by its own solution, following the celebration onwards.
         for (int mission = 0; mission < missions().size(); ++mission) {

@@ -51,29 +51,6 @@ private:
         return ui->start();
     }
 
-    // Drags the speed slider to its fast end, as far right as it goes.
-    bool chooseFastestSpeed()
-    {
-        QQuickItem *slider = ui->item(QStringLiteral("speedSlider"));
-        if (!slider)
-            return false;
-        if (!ui->clickAt(slider, QPointF(slider->width() - 1, slider->height() / 2), QStringLiteral("speedSlider"),
-                         UiHarness::Require::Enabled))
-            return false;
-        return qAbs(ui->studio().speed() - Studio::fastestSpeed) < 1e-9;
-    }
-
-    bool chooseSlowestSpeed()
-    {
-        QQuickItem *slider = ui->item(QStringLiteral("speedSlider"));
-        if (!slider)
-            return false;
-        if (!ui->clickAt(slider, QPointF(1, slider->height() / 2), QStringLiteral("speedSlider"),
-                         UiHarness::Require::Enabled))
-            return false;
-        return qAbs(ui->studio().speed() - Studio::slowestSpeed) < 1e-9;
-    }
-
     int borderWidth(const QString &name) const
     {
         const auto *border = ui->property(name, "border").value<QObject *>();
@@ -236,7 +213,7 @@ private slots:
             ui->studio().select(mission); // arranged: the sidebar's own clicks are tested below
         QCOMPARE(ui->studio().mission(), mission);
 
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         UI(ui->replaceText(QStringLiteral("codeEditor"), missions().at(mission).solution));
         QCOMPARE(ui->studio().code(), missions().at(mission).solution);
         UI(ui->click(QStringLiteral("runButton")));
@@ -283,7 +260,7 @@ private slots:
     {
         QFETCH(QString, program);
         UI(startReturning());
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         UI(ui->replaceText(QStringLiteral("codeEditor"), program));
         QVERIFY(runToEnd());
         QCOMPARE(ui->text(QStringLiteral("statusLine")), nudge);
@@ -403,7 +380,7 @@ private slots:
         QFETCH(QString, edit);
         UI(startReturning());
         UI(ui->click(QStringLiteral("freePlayButton")));
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         UI(ui->replaceText(QStringLiteral("codeEditor"), QStringLiteral("forward 80\nright 90\nforward 40")));
         QVERIFY2(!ui->isEnabled(QStringLiteral("saveCreationButton")), "nothing has been drawn yet");
 
@@ -510,7 +487,7 @@ private slots:
         const bool royal = !royalLine.isEmpty();
         QCOMPARE(ui->property(QStringLiteral("companionCard_3"), "opacity").toReal(), mission >= 3 ? 1.0 : 0.45);
 
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         UI(ui->replaceText(QStringLiteral("codeEditor"), missions().at(mission).solution));
         UI(ui->click(QStringLiteral("runButton")));
         UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), true));
@@ -648,7 +625,7 @@ private slots:
         QFETCH(int, modifiers);
         UI(startReturning());
         const QString program = QStringLiteral("repeat 36 [forward 10 right 10]");
-        QVERIFY(chooseSlowestSpeed());
+        UI(ui->chooseSpeed(false));
         UI(ui->replaceText(QStringLiteral("codeEditor"), program));
         if (!editorFocused)
             UI(ui->click(QStringLiteral("hintButton"))); // takes the focus away from the editor
@@ -692,11 +669,11 @@ private slots:
         QFETCH(QString, sheet);
         UI(startReturning());
         UI(ui->click(QStringLiteral("freePlayButton")));
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         const QString program = QStringLiteral("forward 40\nright 90\nforward 40");
         UI(ui->replaceText(QStringLiteral("codeEditor"), program));
         QVERIFY(runToEnd());
-        QVERIFY(chooseSlowestSpeed());
+        UI(ui->chooseSpeed(false));
 
         UI(ui->click(button));
         UI(ui->waitForSheet(sheet, true));
@@ -729,7 +706,7 @@ private slots:
         UI(startReturning());
         if (freePlay)
             UI(ui->click(QStringLiteral("freePlayButton")));
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         const QString program = QStringLiteral("forward 30\nright 45\nforward 30");
         UI(ui->replaceText(QStringLiteral("codeEditor"), program));
         QVERIFY(runToEnd());
@@ -756,7 +733,7 @@ private slots:
     {
         UI(startReturning());
         UI(ui->click(QStringLiteral("freePlayButton")));
-        QVERIFY(chooseFastestSpeed());
+        UI(ui->chooseSpeed(true));
         UI(ui->replaceText(QStringLiteral("codeEditor"), QStringLiteral("forward 30")));
         QVERIFY(runToEnd());
 
