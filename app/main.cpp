@@ -1,7 +1,7 @@
 // Marble Cove: one window, one Studio on the child's own saved state.
 #include "app/Studio.h"
 #include "profile/SqlitePreferencesStore.h"
-#include "ui/StudioSingleton.h"
+#include "ui/StudioWindow.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
@@ -17,13 +17,9 @@ int main(int argc, char *argv[])
 
     SqlitePreferencesStore store;
     Studio studio(store);
-    StudioSingleton::setInstance(&studio);
 
     QQmlApplicationEngine engine;
-    // Qt 6.4 keeps the module's files under qrc:/MarbleCove/ and does not look there by itself.
-    engine.addImportPath(QStringLiteral("qrc:/"));
-    QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &app,
-                     [] { QCoreApplication::exit(1); }, Qt::QueuedConnection);
-    engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
+    if (!loadStudioWindow(engine, studio))
+        return 1;
     return app.exec();
 }

@@ -5,7 +5,7 @@
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
 #include "profile/SqlitePreferencesStore.h"
-#include "ui/StudioSingleton.h"
+#include "ui/StudioWindow.h"
 #include "ui/studio/DrawingSurface.h"
 
 #include <QElapsedTimer>
@@ -82,13 +82,10 @@ int main(int argc, char *argv[])
     store.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
 
     Studio studio(store);
-    StudioSingleton::setInstance(&studio);
     QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/"));
-    engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
-    if (engine.rootObjects().isEmpty())
+    QQuickWindow *window = loadStudioWindow(engine, studio);
+    if (!window)
         return 1;
-    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
     if (!QTest::qWaitForWindowExposed(window))
         return 1;
 

@@ -3,7 +3,7 @@
 #include "app/Studio.h"
 #include "curriculum/Missions.h"
 #include "profile/SqlitePreferencesStore.h"
-#include "ui/StudioSingleton.h"
+#include "ui/StudioWindow.h"
 
 #include <QDir>
 #include <QGuiApplication>
@@ -39,14 +39,10 @@ int main(int argc, char *argv[])
     QTemporaryDir folder;
     SqlitePreferencesStore store(folder.filePath(QStringLiteral("preferences.sqlite")));
     Studio studio(store);
-    StudioSingleton::setInstance(&studio);
-
     QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/"));
-    engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
-    if (engine.rootObjects().isEmpty())
+    QQuickWindow *window = loadStudioWindow(engine, studio);
+    if (!window)
         return 1;
-    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
 
     const auto shoot = [&](const QString &name, const std::function<void()> &arrange) {
         arrange();

@@ -1,8 +1,9 @@
 #include "UiHarness.h"
 
-#include <QtQuickTest/quicktest.h>
-
 #include "ui/StudioSingleton.h"
+#include "ui/StudioWindow.h"
+
+#include <QtQuickTest/quicktest.h>
 
 #include <QGuiApplication>
 #include <QMutex>
@@ -93,16 +94,10 @@ bool UiHarness::start()
     if (!m_folder.isValid())
         return fail(QStringLiteral("no temporary folder for the store"));
     m_studio = std::make_unique<Studio>(m_store, true);
-    StudioSingleton::setInstance(m_studio.get());
-
     m_engine = std::make_unique<QQmlApplicationEngine>();
-    m_engine->addImportPath(QStringLiteral("qrc:/"));
-    m_engine->load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
-    if (m_engine->rootObjects().isEmpty())
-        return fail(QStringLiteral("Main.qml did not load"));
-    m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst());
+    m_window = loadStudioWindow(*m_engine, *m_studio);
     if (!m_window)
-        return fail(QStringLiteral("the root object is not a window"));
+        return fail(QStringLiteral("the studio window did not load"));
     m_window->requestActivate();
     if (!QTest::qWaitForWindowExposed(m_window))
         return fail(QStringLiteral("the window never appeared"));
