@@ -143,6 +143,7 @@ void Studio::setMessage(const QString &message) { assign(this, m_message, messag
 void Studio::setCreations(const QList<Creation> &creations)
 {
     m_creations = creations;
+    m_creationsData.clear();
     emit creationsChanged();
 }
 

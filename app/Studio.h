@@ -305,6 +305,8 @@ private:
     bool m_guide = false;
     bool m_map = false;
     QList<Creation> m_creations;
+    // m_creations as stored, kept once known so a save encodes only the new creation.
+    QByteArray m_creationsData;
     QString m_creationTitle;
     bool m_showTarget = false;
     double m_speed = defaultSpeed;

@@ -13,10 +13,11 @@ constexpr int galleryCreations = 200;
 constexpr int strokesEach = 500;
 
 // 500 strokes: a spiral that never repeats a stroke.
-const QString spiral = QStringLiteral("repeat 250 [fd 3.7 rt 14.3 fd 1.1 rt 7.9]");
+const QString spiral = QStringLiteral("repeat 100 [fd 3.7 rt 14.3 fd 1.1 rt 7.9 fd 2.3 rt 3.1 fd 1.7 rt 5.3 fd 2.9 rt 4.1]");
 
 QByteArray largeGallery()
 {
+    Q_ASSERT(simulate(spiral).size() == strokesEach);
     Creation creation;
     creation.title = QStringLiteral("Spiral");
     creation.code = spiral;
@@ -29,6 +30,8 @@ QByteArray largeGallery()
     return encodeCreations(creations);
 }
 
+// state.range(0): how many creations were saved since start-up before the measured one; the
+// first save encodes the whole gallery, later ones only the new creation.
 void saveCreationIntoLargeGallery(benchmark::State &state)
 {
     QTemporaryDir folder;
@@ -44,7 +47,9 @@ void saveCreationIntoLargeGallery(benchmark::State &state)
         drawing.strokes = simulate(spiral);
         studio.openCreation(drawing);
         studio.setCreationTitle(QStringLiteral("One more spiral"));
-        if (studio.creations().size() != galleryCreations || studio.strokes().size() != strokesEach) {
+        for (int i = 0; i < state.range(0); ++i)
+            studio.saveCreation();
+        if (studio.creations().size() != galleryCreations + state.range(0) || studio.strokes().size() != strokesEach) {
             state.SkipWithError("the gallery did not load");
             break;
         }
@@ -61,7 +66,8 @@ void startUpWithLargeGallery(benchmark::State &state)
     store.setData(QStringLiteral("creations"), largeGallery());
     for (auto _ : state) {
         Studio studio(store, false);
-        if (studio.creations().size() != galleryCreations) {
+        if (studio.creations().size() != galleryCreations
+            || studio.creations().first().strokes.size() != strokesEach) {
             state.SkipWithError("the gallery did not load");
             break;
         }
@@ -70,5 +76,5 @@ void startUpWithLargeGallery(benchmark::State &state)
 
 } // namespace
 
-BENCHMARK(saveCreationIntoLargeGallery)->Unit(benchmark::kMillisecond)->Iterations(10)->Repetitions(5);
+BENCHMARK(saveCreationIntoLargeGallery)->ArgName("savedBefore")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Iterations(10)->Repetitions(5);
 BENCHMARK(startUpWithLargeGallery)->Unit(benchmark::kMillisecond)->Iterations(10)->Repetitions(5);

@@ -118,3 +118,11 @@ std::optional<QList<Creation>> decodeCreations(const QByteArray &data)
     }
     return creations;
 }
+
+QByteArray prependCreation(const Creation &creation, const QByteArray &encodedList)
+{
+    const QByteArray first = encodeCreation(creation);
+    if (encodedList.size() <= 2) // "[]"
+        return '[' + first + ']';
+    return '[' + first + ',' + encodedList.mid(1);
+}

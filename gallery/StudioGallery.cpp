@@ -31,12 +31,15 @@ void Studio::saveCreation()
 
     QList<Creation> creations{creation};
     creations.append(m_creations);
-    const QByteArray data = encodeCreations(creations);
-    if (data.isEmpty() || !m_defaults.setData(QStringLiteral("creations"), data)) {
+    if (m_creationsData.isEmpty())
+        m_creationsData = encodeCreations(m_creations);
+    const QByteArray data = prependCreation(creation, m_creationsData);
+    if (!m_defaults.setData(QStringLiteral("creations"), data)) {
         setMessage(QStringLiteral("I couldn't save this drawing. Please try again."));
         return;
     }
     setCreations(creations);
+    m_creationsData = data;
     setSaving(false);
     setMessage(QStringLiteral("‘") + creation.title + QStringLiteral("’ is safe in your gallery."));
 }

@@ -88,6 +88,13 @@ private slots:
         QCOMPARE(text.count(' '), 2); // only the blanks inside the title and the code
         QCOMPARE(decodeCreations(text), std::optional<QList<Creation>>(QList<Creation>{creation}));
         QCOMPARE(encodeCreations({}), QByteArray("[]"));
+
+        // Saving puts the new creation in front of the already encoded list.
+        Creation newer = creation;
+        newer.id = QUuid::createUuid();
+        newer.title = QStringLiteral("Newer");
+        QCOMPARE(prependCreation(newer, encodeCreations({creation})), encodeCreations({newer, creation}));
+        QCOMPARE(prependCreation(newer, encodeCreations({})), encodeCreations({newer}));
     }
 
     void handWrittenGalleries_data()
