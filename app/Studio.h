@@ -66,6 +66,7 @@ class Studio : public QObject
     Q_PROPERTY(int experience READ experience NOTIFY completedChanged)
     Q_PROPERTY(QString rank READ rank NOTIFY completedChanged)
     Q_PROPERTY(QString turtleName READ turtleName NOTIFY turtleNameChanged)
+    Q_PROPERTY(QStringList shownNames READ shownNames NOTIFY turtleNamesChanged)
     Q_PROPERTY(bool needsIntroduction READ needsIntroduction NOTIFY needsIntroductionChanged)
     Q_PROPERTY(QString worldTitle READ worldTitle NOTIFY playerNameChanged)
     Q_PROPERTY(QString galleryTitle READ galleryTitle NOTIFY playerNameChanged)
@@ -172,6 +173,7 @@ public:
     int experience() const;
     QString rank() const;
     Q_INVOKABLE bool isMissionOpen(int mission) const;
+    Q_INVOKABLE bool isCompleted(int mission) const { return m_completed.contains(mission); }
     Q_INVOKABLE bool isThemeAvailable(int theme) const;
     int announcedTheme() const;
     bool announcesRoyalCompanion() const;
@@ -196,6 +198,8 @@ public:
     bool needsIntroduction() const;
     Q_INVOKABLE QString displayName(int index) const;
     QString turtleName() const;
+    // Every companion's shown name, by index.
+    QStringList shownNames() const;
     Q_INVOKABLE bool saveCompanion(int index, const QString &name);
     Q_INVOKABLE bool savePlayerName(const QString &name);
     Q_INVOKABLE void finishWelcome(int index, const QString &name, const QString &player);

@@ -35,6 +35,14 @@ QString Studio::turtleName() const
     return displayName(m_turtle);
 }
 
+QStringList Studio::shownNames() const
+{
+    QStringList shown;
+    for (int index = 0; index < m_names.size(); ++index)
+        shown.append(displayName(index));
+    return shown;
+}
+
 bool Studio::saveCompanion(int index, const QString &name)
 {
     const QString cleaned = cleanName(name);

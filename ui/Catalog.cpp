@@ -20,6 +20,7 @@ Catalog::Catalog(QObject *parent)
         });
     }
     for (const World &world : ::worlds()) {
+        m_worldLabels.append(QString::number(m_worldLabels.size() + 1) + QStringLiteral(". ") + world.title);
         m_worlds.append(QVariantMap{
             {QStringLiteral("title"), world.title},
             {QStringLiteral("symbol"), world.symbol},

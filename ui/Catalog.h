@@ -16,6 +16,8 @@ class Catalog : public QObject
     QML_SINGLETON
     Q_PROPERTY(QVariantList missions READ missions CONSTANT)
     Q_PROPERTY(QVariantList worlds READ worlds CONSTANT)
+    // "1. Turtle Trail" and so on, as the world picker lists them.
+    Q_PROPERTY(QStringList worldLabels READ worldLabels CONSTANT)
     Q_PROPERTY(QVariantList themes READ themes CONSTANT)
     Q_PROPERTY(QList<Stroke> noStrokes READ noStrokes CONSTANT)
     Q_PROPERTY(QList<Stroke> demoStrokes READ demoStrokes CONSTANT)
@@ -25,6 +27,7 @@ public:
 
     QVariantList missions() const { return m_missions; }
     QVariantList worlds() const { return m_worlds; }
+    QStringList worldLabels() const { return m_worldLabels; }
     QVariantList themes() const { return m_themes; }
     QList<Stroke> noStrokes() const { return {}; }
     // The welcome tour's practice drawing: up 80, then right 80.
@@ -44,5 +47,6 @@ public:
 private:
     QVariantList m_missions;
     QVariantList m_worlds;
+    QStringList m_worldLabels;
     QVariantList m_themes;
 };

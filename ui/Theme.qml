@@ -25,6 +25,7 @@ QtObject {
     readonly property real title3Size: 18
 
     readonly property string roundedFont: "Quicksand"
+    readonly property string bodyFont: "sans-serif"
     readonly property string codeFont: "DejaVu Sans Mono"
     readonly property string symbolFont: "Material Icons"
 

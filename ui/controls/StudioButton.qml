@@ -30,11 +30,11 @@ Button {
     ToolTip.delay: 600
     Accessible.name: text.length > 0 ? text : tooltip
 
+    // The label row is the item's only child; no id inside a deferred property.
     contentItem: Item {
-        implicitWidth: label.implicitWidth
-        implicitHeight: label.implicitHeight
+        implicitWidth: children[0].implicitWidth
+        implicitHeight: children[0].implicitHeight
         Row {
-            id: label
             x: control.leading ? 0 : Math.round((parent.width - width) / 2)
             anchors.verticalCenter: parent.verticalCenter
             spacing: control.text.length > 0 && control.symbol.length > 0 ? 7 : 0

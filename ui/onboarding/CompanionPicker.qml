@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -33,7 +34,7 @@ ColumnLayout {
                 topPadding: 14
                 bottomPadding: 14
                 Accessible.name: modelData + ", " + (chosen ? "selected" : (unlocked ? "available" : "unlocks at 3 badges"))
-                onClicked: picker.picked(index, Studio.displayName(index))
+                onClicked: picker.picked(index, Studio.shownNames[index])
 
                 background: Rectangle {
                     radius: 18

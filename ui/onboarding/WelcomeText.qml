@@ -9,7 +9,7 @@ Text {
     // The welcome sheet is 740 wide with 30 of padding on each side.
     property real maximumWidth: 680
 
-    font.family: weight >= Font.Bold ? Theme.roundedFont : Qt.application.font.family
+    font.family: weight >= Font.Bold ? Theme.roundedFont : Theme.bodyFont
     font.pixelSize: size
     font.weight: weight
     color: Theme.ink

@@ -4,6 +4,7 @@ import MarbleCove
 
 // Which mission (or free play) the child is in, and whether its badge is earned.
 RowLayout {
+    id: banner
     readonly property var current: Catalog.missions[Studio.mission]
 
     ColumnLayout {
@@ -20,7 +21,7 @@ RowLayout {
         }
         Text {
             objectName: "bannerTitle"
-            text: Studio.free ? "The imagination station" : current.title
+            text: Studio.free ? "The imagination station" : banner.current.title
             font.family: Theme.roundedFont
             font.pixelSize: 29
             font.weight: Font.Black
@@ -40,7 +41,7 @@ RowLayout {
         Text {
             id: badge
             anchors.centerIn: parent
-            text: "\u2713 " + (Studio.completed.indexOf(Studio.mission) >= 0 ? "Earned" : "+100 XP")
+            text: "\u2713 " + (Studio.badges >= 0 && Studio.isCompleted(Studio.mission) ? "Earned" : "+100 XP")
             font.pixelSize: 14
             font.bold: true
             color: Theme.violet

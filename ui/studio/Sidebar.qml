@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -27,7 +28,7 @@ ColumnLayout {
         id: worldPicker
         objectName: "worldPicker"
         Layout.fillWidth: true
-        model: Catalog.worlds.map((world, i) => (i + 1) + ". " + world.title)
+        model: Catalog.worldLabels
         currentIndex: sidebar.browsedWorld
         onActivated: index => sidebar.browsedWorld = index
         Accessible.name: "Browse challenge worlds"
@@ -58,7 +59,7 @@ ColumnLayout {
                     id: row
                     required property int index
                     readonly property int mission: sidebar.browsedWorld * 6 + index
-                    readonly property bool done: Studio.completed.indexOf(mission) >= 0
+                    readonly property bool done: Studio.badges >= 0 && Studio.isCompleted(mission)
                     // Badges must be part of the result: a bare read is dropped by the compiler,
                     // and the row would not open when a badge is earned.
                     readonly property bool open: Studio.badges >= 0 && Studio.isMissionOpen(mission)

@@ -152,7 +152,7 @@ ColumnLayout {
                     border.color: Studio.turtle === index ? Qt.rgba(0.2, 0.78, 0.35, 0.5) : Theme.divider
                     opacity: unlocked ? 1 : 0.45
                     Accessible.role: Accessible.Button
-                    Accessible.name: Studio.turtleNames !== undefined ? Studio.displayName(index) : ""
+                    Accessible.name: Studio.shownNames[index]
 
                     PictureView {
                         image: Studio.picture(card.index)
@@ -162,7 +162,7 @@ ColumnLayout {
                         y: 8
                     }
                     Text {
-                        text: Studio.turtleNames !== undefined ? Studio.displayName(card.index) : ""
+                        text: Studio.shownNames[card.index]
                         font.pixelSize: 11
                         color: Theme.ink
                         elide: Text.ElideRight
