@@ -155,6 +155,29 @@ ColumnLayout {
             Layout.fillWidth: true
             Accessible.name: "Drawing speed"
             onMoved: Studio.speed = 0.36 - value
+            background: Rectangle {
+                x: speed.leftPadding
+                y: speed.topPadding + speed.availableHeight / 2 - height / 2
+                width: speed.availableWidth
+                height: 4
+                radius: 2
+                color: Theme.divider
+                Rectangle {
+                    width: speed.visualPosition * parent.width
+                    height: parent.height
+                    radius: 2
+                    color: Theme.violet
+                }
+            }
+            handle: Rectangle {
+                x: speed.leftPadding + speed.visualPosition * (speed.availableWidth - width)
+                y: speed.topPadding + speed.availableHeight / 2 - height / 2
+                width: 18
+                height: 18
+                radius: 9
+                color: "white"
+                border.color: Theme.border
+            }
         }
         SymbolIcon { name: "hare.fill"; size: 16; color: Theme.secondary }
     }
