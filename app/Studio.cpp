@@ -52,6 +52,11 @@ void Studio::setCode(const QString &code)
         m_defaults.setString(QStringLiteral("code") + QString::number(m_mission), code);
 }
 
+void Studio::appendCode(const QString &example)
+{
+    setCode(m_code + (m_code.endsWith(u'\n') ? QString() : QStringLiteral("\n")) + example + u'\n');
+}
+
 void Studio::loadCode(const QString &code)
 {
     const bool switching = m_switching;

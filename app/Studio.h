@@ -89,6 +89,9 @@ public:
     int mission() const { return m_mission; }
     const QString &code() const { return m_code; }
     void setCode(const QString &code);
+    // Adds an example on a line of its own; code that already ends with a line break gets no
+    // empty line in between.
+    Q_INVOKABLE void appendCode(const QString &example);
     const QSet<int> &completed() const { return m_completed; }
     QList<int> completedInOrder() const;
     int turtle() const { return m_turtle; }

@@ -68,7 +68,7 @@ bool Studio::passes(const QString &source) const
 
 void Studio::refreshTarget()
 {
-    m_targetStrokes = simulate(missions().at(m_mission).solution);
+    m_targetStrokes = missionTarget(m_mission);
     emit targetStrokesChanged();
 }
 

@@ -320,6 +320,27 @@ private slots:
         QCOMPARE(studio.message(), message);
     }
 
+    void appendedExamplesGoOnTheirOwnLine_data()
+    {
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("empty code starts with an empty line") << QString() << "\nright 90\n";
+        QTest::newRow("no final line break") << "forward 50" << "forward 50\nright 90\n";
+        QTest::newRow("final line break kept single") << "forward 50\n" << "forward 50\nright 90\n";
+    }
+
+    void appendedExamplesGoOnTheirOwnLine()
+    {
+        QFETCH(QString, code);
+        QFETCH(QString, after);
+        StudioFixture fixture;
+        Studio &studio = fixture.studio;
+        studio.setCode(code);
+        studio.appendCode(QStringLiteral("right 90"));
+        QCOMPARE(studio.code(), after);
+        QCOMPARE(fixture.store.string(QStringLiteral("code0")), after); // an edit like any other
+    }
+
     void turtleFieldsNotifyOnlyWhenTheyChange()
     {
         StudioFixture fixture;

@@ -106,6 +106,14 @@ bool UiHarness::start()
     return true;
 }
 
+QStringList UiHarness::finish(std::unique_ptr<UiHarness> &harness)
+{
+    if (harness)
+        harness->shutDown();
+    harness.reset();
+    return takeWarnings();
+}
+
 void UiHarness::shutDown()
 {
     if (!m_engine)

@@ -83,6 +83,9 @@ public:
     QString failure() const { return m_failure; }
     const char *why() const;
 
+    // Ends a test: closes the window, destroys the harness and gives the QML warnings it saw.
+    static QStringList finish(std::unique_ptr<UiHarness> &harness);
+
     // QML warnings seen since the harness was made (or since takeWarnings()).
     static QStringList warnings();
     static QStringList takeWarnings();

@@ -128,8 +128,7 @@ private slots:
         QVERIFY(ui->store().keys().isEmpty());
         QVERIFY(QFile::exists(picture)); // exported pictures stay where they are
 
-        ui.reset();
-        const QStringList warnings = UiHarness::takeWarnings();
+        const QStringList warnings = UiHarness::finish(ui);
         QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
         qInfo("the whole journey took %.1f s", double(clock.elapsed()) / 1000.0);
     }

@@ -25,8 +25,7 @@ private slots:
 
     void cleanup()
     {
-        ui.reset();
-        const QStringList warnings = UiHarness::takeWarnings();
+        const QStringList warnings = UiHarness::finish(ui);
         QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
     }
 

@@ -92,9 +92,7 @@ private slots:
 
     void cleanup()
     {
-        ui->shutDown();
-        const QStringList warnings = UiHarness::takeWarnings();
-        ui.reset();
+        const QStringList warnings = UiHarness::finish(ui);
         QVERIFY2(warnings.isEmpty(), qPrintable(u"QML warnings:\n"_s + warnings.join(u'\n')));
     }
 

@@ -30,11 +30,8 @@ Item {
         ["; This is a note to myself", "A semicolon starts a comment. Your turtle ignores the rest of that line."]
     ]
 
-    // The example goes on a line of its own, without leaving an empty line behind old code
-    // that already ends with a line break.
     function append(example) {
-        const code = Studio.code
-        Studio.code = code + (code.endsWith("\n") ? "" : "\n") + example + "\n"
+        Studio.appendCode(example)
         Studio.guide = false
     }
 

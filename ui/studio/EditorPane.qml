@@ -11,11 +11,6 @@ ColumnLayout {
 
     readonly property var current: Catalog.missions[Studio.mission]
 
-    function appendSnippet(snippet) {
-        const code = Studio.code
-        Studio.code = code + (code.length === 0 || code.endsWith("\n") ? "" : "\n") + snippet + "\n"
-    }
-
     RowLayout {
         Layout.fillWidth: true
         SymbolIcon { name: "chevron.left.forwardslash.chevron.right"; size: 18 }
@@ -259,7 +254,7 @@ ColumnLayout {
                 leftPadding: 8
                 rightPadding: 8
                 enabled: !Studio.running
-                onClicked: pane.appendSnippet(modelData)
+                onClicked: Studio.appendCode(modelData)
             }
         }
     }
