@@ -2,7 +2,7 @@
 #include "curriculum/Themes.h"
 #include "gallery/PictureExport.h"
 #include "turtle/Palette.h"
-#include "ui/studio/SurfacePainter.h"
+#include "canvas/SurfacePainter.h"
 
 #include <benchmark/benchmark.h>
 

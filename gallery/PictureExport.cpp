@@ -1,7 +1,7 @@
 #include "gallery/PictureExport.h"
 
 #include "language/LogoError.h"
-#include "ui/studio/SurfacePainter.h"
+#include "canvas/SurfacePainter.h"
 
 #include <QBuffer>
 #include <QFile>

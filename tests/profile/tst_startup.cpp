@@ -179,7 +179,8 @@ private slots:
         stepToEnd(studio);
         studio.finishWelcome(0, QStringLiteral("Sprout"), QStringLiteral("Ada"));
         const QStringList others{QStringLiteral("codex"), QStringLiteral("code1a"), QStringLiteral("mycode1"),
-                                 QStringLiteral("Code1"), QStringLiteral("code"), QStringLiteral("window")};
+                                 QStringLiteral("Code1"), QStringLiteral("code"), QStringLiteral("window"),
+                                 QStringLiteral("code1\n")};
         for (const QString &key : others)
             fixture.store.setString(key, QStringLiteral("kept"));
         fixture.store.setString(QStringLiteral("code29"), QStringLiteral("fd 1"));

@@ -2,7 +2,7 @@
 #include "gallery/PictureExport.h"
 #include "turtle/Palette.h"
 #include "ui/studio/DrawingSurface.h"
-#include "ui/studio/SurfacePainter.h"
+#include "canvas/SurfacePainter.h"
 
 #include <QFile>
 #include <QMetaProperty>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "turtle/Stroke.h"
-#include "ui/studio/SurfacePainter.h"
+#include "canvas/SurfacePainter.h"
 
 #include <QColor>
 #include <QImage>

@@ -1,4 +1,4 @@
-#include "ui/studio/SurfacePainter.h"
+#include "canvas/SurfacePainter.h"
 
 #include "turtle/Palette.h"
 

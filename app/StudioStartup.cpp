@@ -30,7 +30,7 @@ bool isGameKey(const QString &key)
 {
     static const QSet<QString> fixed{completedKey, creationsKey, freeCodeKey, playerNameKey,
                                      turtleNamesKey, turtleKey, themeKey, welcomeKey};
-    static const QRegularExpression missionCode(QStringLiteral("^code[0-9]+$"));
+    static const QRegularExpression missionCode(QStringLiteral("\\Acode[0-9]+\\z"));
     return fixed.contains(key) || missionCode.match(key).hasMatch();
 }
 
