@@ -4,6 +4,8 @@ BENCH_BUILD ?= build-bench
 FUZZ_BUILD  ?= build-fuzz
 FUZZ_SECONDS ?= 180
 JOBS        ?= $(shell nproc)
+# Rebuilds of a fresh checkout reuse earlier compiles when ccache is there.
+LAUNCHER    := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
 .PHONY: deps configure build run test screenshots bench fuzz clean
 
@@ -11,7 +13,7 @@ deps:
 	@bash scripts/deps.sh
 
 configure: deps
-	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(LAUNCHER)
 
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -28,7 +30,7 @@ screenshots: build
 	QT_QPA_PLATFORM=offscreen $(BUILD)/tools/screenshots $(SHOTS)
 
 bench: deps
-	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARBLECOVE_TESTS=OFF -DMARBLECOVE_BENCH=ON
+	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARBLECOVE_TESTS=OFF -DMARBLECOVE_BENCH=ON $(LAUNCHER)
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	QT_QPA_PLATFORM=offscreen $(BENCH_BUILD)/bench/marblecove_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 
