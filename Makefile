@@ -7,7 +7,7 @@ JOBS        ?= $(shell nproc)
 # Rebuilds of a fresh checkout reuse earlier compiles when ccache is there.
 LAUNCHER    := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run test screenshots bench fuzz clean
+.PHONY: deps configure build run test screenshots bench fuzz mutate sizes clean
 
 deps:
 	@bash scripts/deps.sh
@@ -42,5 +42,13 @@ fuzz: deps
 	$(FUZZ_BUILD)/fuzz/fuzz_logo $(FUZZ_BUILD)/corpus fuzz/seeds -dict=fuzz/logo.dict \
 	  -max_total_time=$(FUZZ_SECONDS) -timeout=5 -rss_limit_mb=2048 -print_final_stats=1
 
+# Plants small faults one at a time and reports how many the tests catch (its own build dir).
+mutate: deps
+	bash scripts/mutate.sh
+
+# Non-blank test lines against product lines.
+sizes:
+	@bash scripts/sizes.sh
+
 clean:
-	rm -rf $(BUILD) $(BENCH_BUILD) $(FUZZ_BUILD)
+	rm -rf $(BUILD) $(BENCH_BUILD) $(FUZZ_BUILD) build-mutate
