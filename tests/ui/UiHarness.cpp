@@ -5,12 +5,9 @@
 
 #include <QtQuickTest/quicktest.h>
 
-#include <QGuiApplication>
 #include <QMutex>
-#include <QMutexLocker>
-#include <QQmlProperty>
 #include <QSet>
-#include <QTest>
+#include <QSignalSpy>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <algorithm>
@@ -23,19 +20,16 @@ QMutex warningsLock;
 QStringList seenWarnings;
 QtMessageHandler previousHandler = nullptr;
 
-// What the QML engine and the Quick controls say when a screen is broken: every engine
-// warning names the .qml file it comes from; the rest are recognised by their wording.
+// What the QML engine and the Quick controls say when a screen is broken: engine warnings come
+// under the qml and js categories or name a .qml file; the rest are recognised by their wording.
 bool isQmlWarning(const QMessageLogContext &context, const QString &message)
 {
-    const QLatin1StringView category(context.category ? context.category : "");
-    if (category == QLatin1StringView("qml") || category == QLatin1StringView("js")
-        || category.startsWith(QLatin1StringView("qt.qml")))
+    const QString category = QString::fromLatin1(context.category ? context.category : "");
+    if (category == u"qml" || category == u"js" || category.startsWith(u"qt.qml"))
         return true;
-    static const QStringList marks{
-        QStringLiteral(".qml:"),         QStringLiteral("qrc:/"),          QStringLiteral("Binding loop"),
-        QStringLiteral("TypeError"),     QStringLiteral("ReferenceError"), QStringLiteral("Unable to assign"),
-        QStringLiteral("is not defined"), QStringLiteral("QML "),          QStringLiteral("Cannot read property"),
-    };
+    static const QStringList marks{".qml:",           "qrc:/", "Binding loop",        "TypeError",
+                                   "ReferenceError",  "QML ",  "Unable to assign",    "is not defined",
+                                   "Cannot read property"};
     return std::any_of(marks.cbegin(), marks.cend(), [&](const QString &mark) { return message.contains(mark); });
 }
 
@@ -49,7 +43,7 @@ void recordingHandler(QtMsgType type, const QMessageLogContext &context, const Q
         previousHandler(type, context, message);
 }
 
-// The item that a Flickable (a ScrollView's or a list's) scrolls, if `item` lies inside one.
+// The Flickable (a ScrollView's or a list's) that `item` lies in, if any.
 QQuickItem *enclosingFlickable(QQuickItem *item)
 {
     for (QQuickItem *parent = item->parentItem(); parent; parent = parent->parentItem()) {
@@ -59,15 +53,23 @@ QQuickItem *enclosingFlickable(QQuickItem *item)
     return nullptr;
 }
 
+// Every item below `root` in tree order, the hidden ones only when `hidden`.
+void visitItems(QQuickItem *root, bool hidden, const std::function<void(QQuickItem *)> &visit)
+{
+    for (QQuickItem *child : root->childItems()) {
+        if (hidden || child->isVisible()) {
+            visit(child);
+            visitItems(child, hidden, visit);
+        }
+    }
+}
+
 } // namespace
 
 UiHarness::UiHarness()
     : m_store(m_folder.filePath(QStringLiteral("preferences.sqlite")))
 {
-    {
-        QMutexLocker locker(&warningsLock);
-        seenWarnings.clear();
-    }
+    takeWarnings();
     previousHandler = qInstallMessageHandler(recordingHandler);
 }
 
@@ -78,40 +80,25 @@ UiHarness::~UiHarness()
     previousHandler = nullptr;
 }
 
-void UiHarness::seedReturningPlayer(const QString &name)
+void UiHarness::seedReturningPlayer(const QList<qint64> &completed)
 {
     m_store.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
-    m_store.setString(QStringLiteral("playerName"), name);
-}
-
-void UiHarness::seedCompleted(const QList<qint64> &missions)
-{
-    m_store.setIntegerArray(QStringLiteral("completed"), missions);
+    m_store.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
+    if (!completed.isEmpty())
+        m_store.setIntegerArray(QStringLiteral("completed"), completed);
 }
 
 bool UiHarness::start()
 {
-    if (!m_folder.isValid())
-        return fail(QStringLiteral("no temporary folder for the store"));
     m_studio = std::make_unique<Studio>(m_store, true);
     m_engine = std::make_unique<QQmlApplicationEngine>();
     m_window = loadStudioWindow(*m_engine, *m_studio);
     if (!m_window)
         return fail(QStringLiteral("the studio window did not load"));
     m_window->requestActivate();
-    if (!QTest::qWaitForWindowExposed(m_window))
-        return fail(QStringLiteral("the window never appeared"));
-    if (!QTest::qWaitForWindowActive(m_window))
+    if (!QTest::qWaitForWindowExposed(m_window) || !QTest::qWaitForWindowActive(m_window))
         return fail(QStringLiteral("the window never became active, so keys would go nowhere"));
     return true;
-}
-
-QStringList UiHarness::finish(std::unique_ptr<UiHarness> &harness)
-{
-    if (harness)
-        harness->shutDown();
-    harness.reset();
-    return takeWarnings();
 }
 
 void UiHarness::shutDown()
@@ -146,23 +133,14 @@ QObject *UiHarness::find(const QString &name) const
         }
     };
     visit(m_window);
-    // The root item also holds the overlay, where open popups put their content.
-    if (QQuickItem *root = m_window->contentItem())
-        visit(root->parentItem() ? root->parentItem() : root);
-
+    // The root item above the content also holds the overlay, where open popups put their content.
+    QQuickItem *root = m_window->contentItem();
+    visit(root->parentItem() ? root->parentItem() : root);
     for (QObject *match : matches) {
-        auto *item = qobject_cast<QQuickItem *>(match);
-        if (item && item->isVisible())
-            return match;
-        if (!item && match->property("visible").toBool())
+        if (match->property("visible").toBool())
             return match;
     }
     return matches.isEmpty() ? nullptr : matches.constFirst();
-}
-
-QQuickItem *UiHarness::item(const QString &name) const
-{
-    return qobject_cast<QQuickItem *>(find(name));
 }
 
 QVariant UiHarness::property(const QString &name, const char *property) const
@@ -178,36 +156,28 @@ QString UiHarness::text(const QString &name) const
         return QStringLiteral("<no object named %1>").arg(name);
     if (object->metaObject()->indexOfProperty("text") >= 0)
         return object->property("text").toString();
-    std::function<QObject *(QObject *)> firstText = [&](QObject *parent) -> QObject * {
-        const auto *item = qobject_cast<QQuickItem *>(parent);
-        if (!item)
-            return nullptr;
-        for (QQuickItem *child : item->childItems()) {
-            if (child->inherits("QQuickText"))
-                return child;
-            if (QObject *found = firstText(child))
-                return found;
-        }
-        return nullptr;
-    };
-    QObject *label = firstText(object);
-    return label ? label->property("text").toString() : QStringLiteral("<no text inside %1>").arg(name);
+    QString found = QStringLiteral("<no text inside %1>").arg(name);
+    bool seen = false;
+    if (auto *item = qobject_cast<QQuickItem *>(object)) {
+        visitItems(item, true, [&](QQuickItem *child) {
+            if (!seen && child->inherits("QQuickText")) {
+                found = child->property("text").toString();
+                seen = true;
+            }
+        });
+    }
+    return found;
 }
 
 QStringList UiHarness::texts(const QString &name) const
 {
     QStringList found;
-    std::function<void(QQuickItem *)> collect = [&](QQuickItem *parent) {
-        for (QQuickItem *child : parent->childItems()) {
-            if (!child->isVisible())
-                continue;
+    if (QQuickItem *root = item(name)) {
+        visitItems(root, false, [&](QQuickItem *child) {
             if (child->inherits("QQuickText"))
                 found.append(child->property("text").toString());
-            collect(child);
-        }
-    };
-    if (QQuickItem *root = item(name))
-        collect(root);
+        });
+    }
     return found;
 }
 
@@ -219,16 +189,20 @@ bool UiHarness::isShown(const QString &name) const
     return object && object->property("visible").toBool();
 }
 
-bool UiHarness::isEnabled(const QString &name) const
-{
-    QObject *object = find(name);
-    return object && object->property("enabled").toBool();
-}
-
 bool UiHarness::isSheetOpen(const QString &name) const
 {
-    QObject *sheet = find(name);
-    return sheet && sheet->property("opened").toBool() && sheet->property("visible").toBool();
+    return property(name, "opened").toBool() && property(name, "visible").toBool();
+}
+
+bool UiHarness::hasFocus(const QString &name) const
+{
+    QQuickItem *target = item(name);
+    for (QQuickItem *focused = m_window ? m_window->activeFocusItem() : nullptr; target && focused;
+         focused = focused->parentItem()) {
+        if (focused == target)
+            return true;
+    }
+    return false;
 }
 
 bool UiHarness::scrollIntoView(QQuickItem *item)
@@ -240,11 +214,10 @@ bool UiHarness::scrollIntoView(QQuickItem *item)
         const QRectF rect = item->mapRectToItem(content, QRectF(0, 0, item->width(), item->height()));
         const qreal top = flickable->property("contentY").toReal();
         const qreal height = flickable->height();
-        const qreal contentHeight = flickable->property("contentHeight").toReal();
         if (rect.top() >= top && rect.bottom() <= top + height)
             continue;
-        const qreal wanted = std::clamp(rect.center().y() - height / 2, 0.0, std::max(0.0, contentHeight - height));
-        flickable->setProperty("contentY", wanted);
+        const qreal bottom = std::max(0.0, flickable->property("contentHeight").toReal() - height);
+        flickable->setProperty("contentY", std::clamp(rect.center().y() - height / 2, 0.0, bottom));
     }
     QCoreApplication::processEvents();
     return true;
@@ -252,12 +225,9 @@ bool UiHarness::scrollIntoView(QQuickItem *item)
 
 bool UiHarness::click(const QString &name, Require require)
 {
-    QObject *object = find(name);
-    if (!object)
-        return fail(QStringLiteral("click: nothing is named %1").arg(name));
-    auto *target = qobject_cast<QQuickItem *>(object);
+    QQuickItem *target = item(name);
     if (!target)
-        return fail(QStringLiteral("click: %1 is not an item on screen").arg(name));
+        return fail(QStringLiteral("click: no item on screen is named %1").arg(name));
     return clickAt(target, QPointF(target->width() / 2, target->height() / 2), name, require);
 }
 
@@ -282,25 +252,19 @@ bool UiHarness::clickAt(QQuickItem *target, QPointF local, const QString &what, 
     // A sheet that has just opened may not have placed its children yet.
     if (!QQuickTest::qWaitForPolish(m_window))
         return fail(QStringLiteral("click: the window never finished laying out before %1").arg(what));
-    if (!target->isVisible())
+    if (!target->isVisible() || target->width() <= 0 || target->height() <= 0)
         return fail(QStringLiteral("click: %1 is not visible").arg(what));
     if (require == Require::Enabled && !target->isEnabled())
         return fail(QStringLiteral("click: %1 is disabled").arg(what));
-    if (target->width() <= 0 || target->height() <= 0)
-        return fail(QStringLiteral("click: %1 has no size").arg(what));
     if (!scrollIntoView(target))
         return false;
     const QPointF scenePoint = target->mapToScene(local);
     const QPoint point = scenePoint.toPoint();
     if (!QRect(QPoint(0, 0), m_window->size()).contains(point))
-        return fail(QStringLiteral("click: %1 lies outside the window at %2,%3")
-                        .arg(what)
-                        .arg(point.x())
-                        .arg(point.y()));
+        return fail(QStringLiteral("click: %1 lies outside the window at %2,%3").arg(what).arg(point.x()).arg(point.y()));
     // Hidden behind the edge of a scroll area that clips it?
     for (QQuickItem *flickable = enclosingFlickable(target); flickable; flickable = enclosingFlickable(flickable)) {
-        const QRectF visible = flickable->mapRectToScene(QRectF(0, 0, flickable->width(), flickable->height()));
-        if (!visible.contains(scenePoint))
+        if (!flickable->mapRectToScene(QRectF(0, 0, flickable->width(), flickable->height())).contains(scenePoint))
             return fail(QStringLiteral("click: %1 is scrolled out of sight").arg(what));
     }
     QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, point);
@@ -312,16 +276,13 @@ bool UiHarness::type(const QString &text)
 {
     if (!m_window || !m_window->activeFocusItem())
         return fail(QStringLiteral("type: nothing has keyboard focus"));
-    const QStringList lines = text.split(u'\n');
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (i > 0)
+    for (const QChar c : text) {
+        if (c == u'\n')
             QTest::keyClick(m_window, Qt::Key_Return);
-        for (const QChar c : lines.at(i)) {
-            if (c.unicode() < 0x80)
-                QTest::keyClick(m_window, char(c.unicode()));
-            else
-                QTest::sendKeyEvent(QTest::Click, m_window, Qt::Key_unknown, QString(c), Qt::NoModifier);
-        }
+        else if (c.unicode() < 0x80)
+            QTest::keyClick(m_window, char(c.unicode()));
+        else
+            QTest::sendKeyEvent(QTest::Click, m_window, Qt::Key_unknown, QString(c), Qt::NoModifier);
     }
     QCoreApplication::processEvents();
     return true;
@@ -333,9 +294,9 @@ bool UiHarness::replaceText(const QString &name, const QString &text)
         return false;
     if (!hasFocus(name))
         return fail(QStringLiteral("replaceText: clicking %1 did not give it keyboard focus").arg(name));
-    QTest::keyClick(m_window, Qt::Key_A, Qt::ControlModifier);
+    key(Qt::Key_A, Qt::ControlModifier);
     if (text.isEmpty()) {
-        QTest::keyClick(m_window, Qt::Key_Backspace);
+        key(Qt::Key_Backspace);
         return true;
     }
     return type(text);
@@ -347,42 +308,16 @@ void UiHarness::key(Qt::Key key, Qt::KeyboardModifiers modifiers)
     QCoreApplication::processEvents();
 }
 
-bool UiHarness::hasFocus(const QString &name) const
-{
-    auto *target = item(name);
-    if (!target || !m_window)
-        return false;
-    for (QQuickItem *focused = m_window->activeFocusItem(); focused; focused = focused->parentItem()) {
-        if (focused == target)
-            return true;
-    }
-    return false;
-}
-
 bool UiHarness::waitFor(const std::function<bool()> &condition, const QString &what, int timeoutMs)
 {
-    if (QTest::qWaitFor(condition, timeoutMs))
-        return true;
-    return fail(QStringLiteral("timed out after %1 ms waiting for %2").arg(timeoutMs).arg(what));
+    return QTest::qWaitFor(condition, timeoutMs)
+        || fail(QStringLiteral("timed out after %1 ms waiting for %2").arg(timeoutMs).arg(what));
 }
 
-bool UiHarness::waitForSheet(const QString &name, bool open, int timeoutMs)
+bool UiHarness::waitForSheet(const QString &name, bool open)
 {
     return waitFor([&] { return isSheetOpen(name) == open; },
-                   QStringLiteral("%1 to %2").arg(name, open ? QStringLiteral("open") : QStringLiteral("close")),
-                   timeoutMs);
-}
-
-const char *UiHarness::why() const
-{
-    m_failureBytes = m_failure.toLocal8Bit();
-    return m_failureBytes.constData();
-}
-
-QStringList UiHarness::warnings()
-{
-    QMutexLocker locker(&warningsLock);
-    return seenWarnings;
+                   name + (open ? QStringLiteral(" to open") : QStringLiteral(" to close")));
 }
 
 QStringList UiHarness::takeWarnings()
@@ -393,6 +328,44 @@ QStringList UiHarness::takeWarnings()
 
 bool UiHarness::fail(const QString &reason)
 {
-    m_failure = reason;
+    m_failure = reason.toLocal8Bit();
     return false;
+}
+
+bool UiTest::startReturning(const QList<qint64> &completed, const QByteArray &creations)
+{
+    ui->seedReturningPlayer(completed);
+    if (!creations.isEmpty())
+        ui->store().setData(QStringLiteral("creations"), creations);
+    return ui->start();
+}
+
+bool UiTest::runToEnd(int timeoutMs)
+{
+    QSignalSpy finished(&ui->studio(), &Studio::drawingFinished);
+    return ui->click(QStringLiteral("runButton"))
+        && ui->waitFor([&] { return finished.count() == 1 && !ui->studio().running(); },
+                       QStringLiteral("the run to finish"), timeoutMs);
+}
+
+QList<qint64> UiTest::range(int from, int to)
+{
+    QList<qint64> missions;
+    for (int i = from; i < to; ++i)
+        missions.append(i);
+    return missions;
+}
+
+void UiTest::init()
+{
+    ui = std::make_unique<UiHarness>();
+}
+
+void UiTest::cleanup()
+{
+    if (ui)
+        ui->shutDown();
+    ui.reset();
+    const QStringList warnings = UiHarness::takeWarnings();
+    QVERIFY2(warnings.isEmpty(), qPrintable(QStringLiteral("QML warnings:\n") + warnings.join(u'\n')));
 }

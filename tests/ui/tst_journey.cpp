@@ -13,23 +13,13 @@
 #include <QTest>
 #include <QUrl>
 
-#include <memory>
-
-#define UI(step) QVERIFY2((step), ui->why())
-
-class JourneyTest : public QObject
+class JourneyTest : public UiTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<UiHarness> ui;
-
     bool typeAndRun(const QString &code)
     {
-        QSignalSpy finished(&ui->studio(), &Studio::drawingFinished);
-        return ui->replaceText(QStringLiteral("codeEditor"), code) && ui->studio().code() == code
-            && ui->click(QStringLiteral("runButton"))
-            && ui->waitFor([&] { return finished.count() == 1; }, QStringLiteral("the run to finish"), 60000);
+        return ui->replaceText(QStringLiteral("codeEditor"), code) && ui->studio().code() == code && runToEnd(60000);
     }
 
 private slots:
@@ -37,8 +27,6 @@ private slots:
     {
         QElapsedTimer clock;
         clock.start();
-        UiHarness::takeWarnings();
-        ui = std::make_unique<UiHarness>();
 
         // The first start: the welcome flow, with a name and a companion.
         UI(ui->start());
@@ -128,8 +116,6 @@ private slots:
         QVERIFY(ui->store().keys().isEmpty());
         QVERIFY(QFile::exists(picture)); // exported pictures stay where they are
 
-        const QStringList warnings = UiHarness::finish(ui);
-        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
         qInfo("the whole journey took %.1f s", double(clock.elapsed()) / 1000.0);
     }
 };

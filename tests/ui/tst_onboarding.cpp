@@ -1,110 +1,90 @@
 // The welcome flow, the companion sheet and the profile sheet, used as a child uses them.
 #include "UiHarness.h"
 
-#include <QTest>
+using namespace Qt::StringLiterals;
 
-#include <memory>
-
-#define UI(step) QVERIFY2((step), ui->why())
-
-class OnboardingTest : public QObject
+class OnboardingTest : public UiTest
 {
     Q_OBJECT
 
-private:
-    std::unique_ptr<UiHarness> ui;
-
-    QString welcomePage() const { return ui->text(QStringLiteral("welcomePageNumber")); }
+    QString welcomePage() const { return ui->text(u"welcomePageNumber"_s); }
 
 private slots:
-    void init()
-    {
-        UiHarness::takeWarnings();
-        ui = std::make_unique<UiHarness>();
-    }
-
-    void cleanup()
-    {
-        const QStringList warnings = UiHarness::finish(ui);
-        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join(u'\n')));
-    }
-
     void aFirstStartLeadsThroughTheWelcomeToTheFirstMission()
     {
         UI(ui->start());
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
-        QVERIFY(!ui->isShown(QStringLiteral("closeTourButton")));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        QVERIFY(!ui->isShown(u"closeTourButton"_s));
         ui->key(Qt::Key_Escape);
+        UI(ui->click(u"experience"_s, UiHarness::Require::Anything)); // outside the sheet
         QTest::qWait(200);
-        QVERIFY2(ui->isSheetOpen(QStringLiteral("welcomeSheet")), "a first-time child cannot wave the welcome away");
+        QVERIFY2(ui->isSheetOpen(u"welcomeSheet"_s), "a first-time child cannot wave the welcome away");
 
-        QCOMPARE(welcomePage(), QStringLiteral("1 of 4"));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        QCOMPARE(welcomePage(), QStringLiteral("2 of 4"));
-        QVERIFY(!ui->isEnabled(QStringLiteral("welcomeForwardButton")));
-        UI(ui->replaceText(QStringLiteral("playerField"), QStringLiteral("   ")));
-        QVERIFY(!ui->isShown(QStringLiteral("greeting")));
-        UI(ui->type(QStringLiteral("\n")));
-        QCOMPARE(welcomePage(), QStringLiteral("2 of 4")); // Return does nothing without a name
-        UI(ui->replaceText(QStringLiteral("playerField"), QStringLiteral("Noor Al-Hakim the Magnificent")));
-        QCOMPARE(ui->property(QStringLiteral("playerField"), "text").toString(), QStringLiteral("Noor Al-Hakim the Magnif"));
-        UI(ui->replaceText(QStringLiteral("playerField"), QStringLiteral("  Noor ")));
-        QCOMPARE(ui->text(QStringLiteral("greeting")), QStringLiteral("Hello, Noor! Your adventure is waiting."));
-        UI(ui->type(QStringLiteral("\n")));
-        QCOMPARE(welcomePage(), QStringLiteral("3 of 4"));
+        QCOMPARE(welcomePage(), u"1 of 4"_s);
+        UI(ui->click(u"welcomeForwardButton"_s));
+        QCOMPARE(welcomePage(), u"2 of 4"_s);
+        QVERIFY(!ui->isEnabled(u"welcomeForwardButton"_s));
+        UI(ui->replaceText(u"playerField"_s, u"   "_s));
+        QVERIFY(!ui->isShown(u"greeting"_s));
+        UI(ui->type(u"\n"_s));
+        QCOMPARE(welcomePage(), u"2 of 4"_s); // Return does nothing without a name
+        UI(ui->replaceText(u"playerField"_s, u"Noor Al-Hakim the Magnificent"_s));
+        QCOMPARE(ui->property(u"playerField"_s, "text").toString(), u"Noor Al-Hakim the Magnif"_s);
+        UI(ui->replaceText(u"playerField"_s, u"  Noor "_s));
+        QCOMPARE(ui->text(u"greeting"_s), u"Hello, Noor! Your adventure is waiting."_s);
+        UI(ui->type(u"\n"_s));
+        QCOMPARE(welcomePage(), u"3 of 4"_s);
 
-        UI(ui->click(QStringLiteral("pickerCard_1")));
-        QCOMPARE(ui->property(QStringLiteral("nicknameField"), "text").toString(), QStringLiteral("Peaches"));
-        QVERIFY(!ui->isEnabled(QStringLiteral("pickerCard_3")));
-        UI(ui->replaceText(QStringLiteral("nicknameField"), QString()));
-        QVERIFY(!ui->isEnabled(QStringLiteral("welcomeForwardButton")));
-        UI(ui->replaceText(QStringLiteral("nicknameField"), QStringLiteral("Pip")));
-        QCOMPARE(ui->text(QStringLiteral("nicknameCounter")), QStringLiteral("3/24"));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        QCOMPARE(welcomePage(), QStringLiteral("4 of 4"));
+        UI(ui->click(u"pickerCard_1"_s));
+        QCOMPARE(ui->property(u"nicknameField"_s, "text").toString(), u"Peaches"_s);
+        QVERIFY(!ui->isEnabled(u"pickerCard_3"_s));
+        UI(ui->replaceText(u"nicknameField"_s, QString()));
+        QVERIFY(!ui->isEnabled(u"welcomeForwardButton"_s));
+        UI(ui->replaceText(u"nicknameField"_s, u"Pip"_s));
+        QCOMPARE(ui->text(u"nicknameCounter"_s), u"3/24"_s);
+        UI(ui->click(u"welcomeForwardButton"_s));
+        QCOMPARE(welcomePage(), u"4 of 4"_s);
 
         const QString codeBefore = ui->studio().code();
         // Tried commands and the strokes the practice canvas shows after each press.
         const QList<std::pair<int, int>> presses{{1, 1}, {2, 1}, {3, 2}, {0, 0}};
         for (const auto &[tried, strokes] : presses) {
-            UI(ui->click(QStringLiteral("tryStepButton")));
-            QCOMPARE(ui->property(QStringLiteral("welcomeView"), "demoStep").toInt(), tried);
-            QCOMPARE(ui->property(QStringLiteral("practiceCanvas"), "strokes").value<QList<Stroke>>().size(), strokes);
+            UI(ui->click(u"tryStepButton"_s));
+            QCOMPARE(ui->property(u"welcomeView"_s, "demoStep").toInt(), tried);
+            QCOMPARE(ui->property(u"practiceCanvas"_s, "strokes").value<QList<Stroke>>().size(), strokes);
         }
         QCOMPARE(ui->studio().code(), codeBefore); // the practice leaves the studio alone
         QVERIFY(ui->studio().strokes().isEmpty());
 
-        QCOMPARE(ui->text(QStringLiteral("welcomeForwardButton")), QStringLiteral("Let’s explore!"));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
+        QCOMPARE(ui->text(u"welcomeForwardButton"_s), u"Let’s explore!"_s);
+        UI(ui->click(u"welcomeForwardButton"_s));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 0);
-        QCOMPARE(ui->studio().playerName(), QStringLiteral("Noor"));
-        QCOMPARE(ui->studio().turtleName(), QStringLiteral("Pip"));
-        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Noor and Pip. Let’s make something!"));
+        QCOMPARE(ui->studio().playerName(), u"Noor"_s);
+        QCOMPARE(ui->studio().turtleName(), u"Pip"_s);
+        QCOMPARE(ui->text(u"statusLine"_s), u"Noor and Pip. Let’s make something!"_s);
     }
 
     void aReplayKeepsTheMissionAndCanBeClosed()
     {
-        ui->seedReturningPlayer(QStringLiteral("Ada"));
-        ui->seedCompleted({0, 1, 2});
-        UI(ui->start());
+        UI(startReturning({0, 1, 2}));
         ui->studio().select(2);
-        UI(ui->click(QStringLiteral("welcomeGuideButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
-        QCOMPARE(welcomePage(), QStringLiteral("1 of 4"));
-        QVERIFY(ui->isShown(QStringLiteral("closeTourButton")));
+        UI(ui->click(u"welcomeGuideButton"_s));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        QCOMPARE(welcomePage(), u"1 of 4"_s);
+        QVERIFY(ui->isShown(u"closeTourButton"_s));
         for (int page = 0; page < 3; ++page)
-            UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        QCOMPARE(ui->text(QStringLiteral("welcomeForwardButton")), QStringLiteral("Back to my studio"));
-        UI(ui->click(QStringLiteral("closeTourButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
+            UI(ui->click(u"welcomeForwardButton"_s));
+        QCOMPARE(ui->text(u"welcomeForwardButton"_s), u"Back to my studio"_s);
+        UI(ui->click(u"closeTourButton"_s));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 2);
 
-        UI(ui->click(QStringLiteral("welcomeGuideButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
-        QCOMPARE(welcomePage(), QStringLiteral("1 of 4")); // every opening starts over
+        UI(ui->click(u"welcomeGuideButton"_s));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        QCOMPARE(welcomePage(), u"1 of 4"_s); // every opening starts over
         ui->key(Qt::Key_Escape);
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 2);
     }
 
@@ -120,97 +100,97 @@ private slots:
     {
         QFETCH(int, badges);
         QFETCH(bool, choosable);
-        QList<qint64> done;
-        for (int i = 0; i < badges; ++i)
-            done.append(i);
-        ui->seedReturningPlayer();
-        ui->seedCompleted(done);
-        UI(ui->start());
-        UI(ui->click(QStringLiteral("companionEditButton")));
-        UI(ui->waitForSheet(QStringLiteral("companionSettingsSheet"), true));
-        QCOMPARE(ui->isEnabled(QStringLiteral("pickerCard_3")), choosable);
-        QCOMPARE(ui->text(QStringLiteral("pickerStatus_3")), choosable ? QStringLiteral("Choose me") : QStringLiteral("3 badges"));
-        UI(ui->click(QStringLiteral("pickerCard_3"), UiHarness::Require::Anything));
-        UI(ui->click(QStringLiteral("saveCompanionButton")));
-        UI(ui->waitForSheet(QStringLiteral("companionSettingsSheet"), false));
+        UI(startReturning(range(0, badges)));
+        UI(ui->click(u"companionEditButton"_s));
+        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        QCOMPARE(ui->isEnabled(u"pickerCard_3"_s), choosable);
+        QCOMPARE(ui->text(u"pickerStatus_3"_s), choosable ? u"Choose me"_s : u"3 badges"_s);
+        UI(ui->click(u"pickerCard_3"_s, UiHarness::Require::Anything));
+        UI(ui->click(u"saveCompanionButton"_s));
+        UI(ui->waitForSheet(u"companionSettingsSheet"_s, false));
         QCOMPARE(ui->studio().turtle(), choosable ? 3 : 0);
         QCOMPARE(ui->studio().message(),
-                 (choosable ? QStringLiteral("Your Majesty") : QStringLiteral("Clover")) + QStringLiteral(" is ready for your next idea."));
+                 (choosable ? u"Your Majesty"_s : u"Clover"_s) + u" is ready for your next idea."_s);
     }
 
     void cancellingTheCompanionSheetChangesNothing()
     {
-        ui->seedReturningPlayer();
-        UI(ui->start());
-        QVERIFY(ui->studio().saveCompanion(1, QStringLiteral("Sunny")));
-        UI(ui->click(QStringLiteral("companionEditButton")));
-        UI(ui->waitForSheet(QStringLiteral("companionSettingsSheet"), true));
-        QCOMPARE(ui->text(QStringLiteral("pickerStatus_1")), QStringLiteral("Your sidekick"));
-        QCOMPARE(ui->property(QStringLiteral("nicknameField"), "text").toString(), QStringLiteral("Sunny"));
-        UI(ui->click(QStringLiteral("pickerCard_2")));
-        UI(ui->replaceText(QStringLiteral("nicknameField"), QStringLiteral("Comet")));
-        UI(ui->click(QStringLiteral("cancelCompanionButton")));
-        UI(ui->waitForSheet(QStringLiteral("companionSettingsSheet"), false));
+        UI(startReturning());
+        QVERIFY(ui->studio().saveCompanion(1, u"Sunny"_s));
+        UI(ui->click(u"companionEditButton"_s));
+        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        QCOMPARE(ui->text(u"pickerStatus_1"_s), u"Your sidekick"_s);
+        QCOMPARE(ui->property(u"nicknameField"_s, "text").toString(), u"Sunny"_s);
+        UI(ui->click(u"pickerCard_2"_s));
+        UI(ui->replaceText(u"nicknameField"_s, u"Comet"_s));
+        UI(ui->click(u"cancelCompanionButton"_s));
+        UI(ui->waitForSheet(u"companionSettingsSheet"_s, false));
         QCOMPARE(ui->studio().turtle(), 1);
-        QCOMPARE(ui->studio().turtleName(), QStringLiteral("Sunny"));
-        QCOMPARE(ui->store().stringDictionary(QStringLiteral("turtleNames")),
-                 (QMap<QString, QString>{{QStringLiteral("1"), QStringLiteral("Sunny")}}));
+        QCOMPARE(ui->studio().turtleName(), u"Sunny"_s);
+        QCOMPARE(ui->store().stringDictionary(u"turtleNames"_s),
+                 (QMap<QString, QString>{{u"1"_s, u"Sunny"_s}}));
 
-        UI(ui->click(QStringLiteral("companionEditButton")));
-        UI(ui->waitForSheet(QStringLiteral("companionSettingsSheet"), true));
-        QCOMPARE(ui->property(QStringLiteral("nicknameField"), "text").toString(), QStringLiteral("Sunny"));
+        UI(ui->click(u"companionEditButton"_s));
+        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        QCOMPARE(ui->property(u"nicknameField"_s, "text").toString(), u"Sunny"_s);
     }
 
     void keepingTheGameChangesNothing()
     {
-        ui->seedReturningPlayer(QStringLiteral("Ada"));
-        ui->seedCompleted({0, 1});
-        UI(ui->start());
-        UI(ui->click(QStringLiteral("profileButton")));
-        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), true));
-        QCOMPARE(ui->property(QStringLiteral("playerNameField"), "text").toString(), QStringLiteral("Ada"));
-        UI(ui->click(QStringLiteral("startOverButton")));
-        UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("keepGameButton")); }, QStringLiteral("the erase alert")));
-        UI(ui->click(QStringLiteral("keepGameButton")));
-        UI(ui->waitFor([&] { return !ui->isShown(QStringLiteral("keepGameButton")); }, QStringLiteral("the alert closing")));
-        QVERIFY(ui->isSheetOpen(QStringLiteral("playerSettingsSheet")));
+        ui->store().setString(u"code0"_s, u"forward 7"_s);
+        UI(startReturning({0, 1}));
+        // A click outside closes the sheet and erases nothing.
+        UI(ui->click(u"profileButton"_s));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        UI(ui->click(u"experience"_s, UiHarness::Require::Anything));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
+        QTest::qWait(50);
+        QCOMPARE(ui->store().string(u"code0"_s), u"forward 7"_s);
+        QVERIFY(!ui->studio().welcome());
+
+        UI(ui->click(u"profileButton"_s));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        QCOMPARE(ui->property(u"playerNameField"_s, "text").toString(), u"Ada"_s);
+        UI(ui->click(u"startOverButton"_s));
+        UI(ui->waitFor([&] { return ui->isShown(u"keepGameButton"_s); }, u"the erase alert"_s));
+        UI(ui->click(u"keepGameButton"_s));
+        UI(ui->waitFor([&] { return !ui->isShown(u"keepGameButton"_s); }, u"the alert closing"_s));
+        QVERIFY(ui->isSheetOpen(u"playerSettingsSheet"_s));
         QCOMPARE(ui->studio().badges(), 2);
         QVERIFY(!ui->studio().resetAfterProfileDismissal());
 
-        UI(ui->replaceText(QStringLiteral("playerNameField"), QStringLiteral("  Ada Lovelace the Countess of ")));
-        UI(ui->click(QStringLiteral("saveNameButton")));
-        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), false));
-        QCOMPARE(ui->studio().playerName(), QStringLiteral("Ada Lovelace the Count")); // cut to 24 while typing, then trimmed
+        UI(ui->replaceText(u"playerNameField"_s, u"  Ada Lovelace the Countess of "_s));
+        UI(ui->click(u"saveNameButton"_s));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
+        QCOMPARE(ui->studio().playerName(), u"Ada Lovelace the Count"_s); // cut to 24 while typing, then trimmed
         QCOMPARE(ui->studio().badges(), 2);
     }
 
     void erasingWaitsForTheSheetToClose()
     {
-        ui->seedReturningPlayer(QStringLiteral("Ada"));
-        ui->seedCompleted({0, 1});
-        UI(ui->start());
-        UI(ui->click(QStringLiteral("profileButton")));
-        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), true));
-        UI(ui->click(QStringLiteral("startOverButton")));
-        UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("eraseGameButton")); }, QStringLiteral("the erase alert")));
+        UI(startReturning({0, 1}));
+        UI(ui->click(u"profileButton"_s));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        UI(ui->click(u"startOverButton"_s));
+        UI(ui->waitFor([&] { return ui->isShown(u"eraseGameButton"_s); }, u"the erase alert"_s));
 
         // The erase must find the profile sheet already closed.
         int erases = 0;
         bool sheetOpenDuringErase = false;
         QObject::connect(&ui->studio(), &Studio::completedChanged, &ui->studio(), [&] {
             ++erases;
-            sheetOpenDuringErase = sheetOpenDuringErase || ui->isSheetOpen(QStringLiteral("playerSettingsSheet"));
+            sheetOpenDuringErase = sheetOpenDuringErase || ui->isSheetOpen(u"playerSettingsSheet"_s);
         });
-        UI(ui->click(QStringLiteral("eraseGameButton")));
-        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), false));
-        UI(ui->waitFor([&] { return ui->studio().badges() == 0; }, QStringLiteral("the erase")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
+        UI(ui->click(u"eraseGameButton"_s));
+        UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
+        UI(ui->waitFor([&] { return ui->studio().badges() == 0; }, u"the erase"_s));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
         QCOMPARE(erases, 1);
         QVERIFY(!sheetOpenDuringErase);
         QCOMPARE(ui->studio().playerName(), QString());
-        QCOMPARE(ui->studio().message(), QStringLiteral("Ready for a brand-new adventure."));
-        QVERIFY(!ui->isShown(QStringLiteral("closeTourButton")));
-        QVERIFY(!ui->store().keys().contains(QStringLiteral("completed")));
+        QCOMPARE(ui->studio().message(), u"Ready for a brand-new adventure."_s);
+        QVERIFY(!ui->isShown(u"closeTourButton"_s));
+        QVERIFY(!ui->store().keys().contains(u"completed"_s));
     }
 };
 

@@ -11,21 +11,9 @@
 #include <QtQuickTest/quicktest.h>
 #include <QWheelEvent>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 
-#define UI(step) QVERIFY2((step), ui->why())
-
 namespace {
-
-QList<qint64> range(int from, int to)
-{
-    QList<qint64> missions;
-    for (int i = from; i < to; ++i)
-        missions.append(i);
-    return missions;
-}
 
 Stroke line(QPointF from, QPointF to, const QString &color = u"blue"_s)
 {
@@ -58,22 +46,9 @@ QColor canvasColour(int theme)
 
 } // namespace
 
-class SideScreensTest : public QObject
+class SideScreensTest : public UiTest
 {
     Q_OBJECT
-
-private:
-    std::unique_ptr<UiHarness> ui;
-
-    bool startReturning(const QList<qint64> &completed = {}, const QList<Creation> &creations = {})
-    {
-        ui->seedReturningPlayer();
-        if (!completed.isEmpty())
-            ui->seedCompleted(completed);
-        if (!creations.isEmpty())
-            ui->store().setData(u"creations"_s, encodeCreations(creations));
-        return ui->start();
-    }
 
     bool openSheet(const QString &button, const QString &sheet)
     {
@@ -88,14 +63,6 @@ private:
     QColor background(const QString &name) const { return ui->property(name, "background").value<QColor>(); }
 
 private slots:
-    void init() { ui = std::make_unique<UiHarness>(); }
-
-    void cleanup()
-    {
-        const QStringList warnings = UiHarness::finish(ui);
-        QVERIFY2(warnings.isEmpty(), qPrintable(u"QML warnings:\n"_s + warnings.join(u'\n')));
-    }
-
     // ---- World map
 
     void exploreSelectsFirstUnearnedMission_data()
@@ -241,7 +208,8 @@ private slots:
     {
         const QString code = u"color blue\nforward 60\nright 90\nforward 60\n"_s;
         const QList<Stroke> square{line({0, 0}, {0, -300}), line({0, -300}, {300, -300}, u"pink"_s)};
-        UI(startReturning({}, {creation(u"Newest"_s, 2, square, 2, code), creation(u"Middle"_s, 99), creation(u"Oldest"_s, -4)}));
+        UI(startReturning({}, encodeCreations({creation(u"Newest"_s, 2, square, 2, code), creation(u"Middle"_s, 99),
+                                                creation(u"Oldest"_s, -4)})));
         UI(openSheet(u"galleryButton"_s, u"gallerySheet"_s));
         QVERIFY(QQuickTest::qWaitForPolish(ui->window())); // the grid places its cards only then
         QVERIFY(!ui->isShown(u"galleryEmptyState"_s));
@@ -262,19 +230,19 @@ private slots:
         // Each thumbnail shows its own strokes, fitted to themselves, on its own canvas colour,
         // with a theme index outside the table clamped to its nearest end.
         const QString thumbnail = u"creationThumbnail_%1"_s;
-        QCOMPARE(ui->property(thumbnail.arg(0), "strokes").value<QList<Stroke>>(), square);
-        QCOMPARE(ui->property(thumbnail.arg(0), "bounds").value<QList<Stroke>>(), square);
-        QVERIFY(ui->property(thumbnail.arg(0), "ghost").value<QList<Stroke>>().isEmpty());
-        QCOMPARE(ui->property(thumbnail.arg(0), "grid").toBool(), false);
-        QCOMPARE(ui->property(thumbnail.arg(0), "hasPoint").toBool(), false);
+        const auto strokes = [&](int card, const char *which) {
+            return ui->property(thumbnail.arg(card), which).value<QList<Stroke>>();
+        };
+        QCOMPARE(strokes(0, "strokes"), square);
+        QCOMPARE(strokes(0, "bounds"), square);
+        QVERIFY(strokes(0, "ghost").isEmpty() && strokes(1, "strokes").isEmpty());
+        QVERIFY(!ui->property(thumbnail.arg(0), "grid").toBool() && !ui->property(thumbnail.arg(0), "hasPoint").toBool());
         QCOMPARE(background(thumbnail.arg(0)), canvasColour(2));
         QCOMPARE(background(thumbnail.arg(1)), themes().last().color);
         QCOMPARE(background(thumbnail.arg(2)), themes().first().color);
-        QVERIFY(ui->property(thumbnail.arg(1), "strokes").value<QList<Stroke>>().isEmpty());
 
         UI(ui->click(u"creationCard_0"_s));
         UI(ui->waitForSheet(u"gallerySheet"_s, false));
-        QVERIFY(!ui->studio().gallery());
         QVERIFY(ui->studio().free());
         QCOMPARE(ui->studio().code(), code);
         QCOMPARE(ui->studio().turtle(), 2);
@@ -291,7 +259,7 @@ private slots:
         QList<Creation> many;
         for (int i = 0; i < 300; ++i)
             many.append(creation(u"Drawing %1"_s.arg(i), i % 6, {line({0, 0}, {double(i), -100})}));
-        UI(startReturning({}, many));
+        UI(startReturning({}, encodeCreations(many)));
         UI(openSheet(u"galleryButton"_s, u"gallerySheet"_s));
         QVERIFY(QQuickTest::qWaitForPolish(ui->window()));
 
@@ -358,39 +326,28 @@ private slots:
 
     // ---- Handbook
 
-    // Every entry adds its own example on a line of its own, whether or not the code ends in a line break.
-    void handbookEntryAppendsItsExample_data()
+    // Every entry shows its own example; a click adds it on a line of its own, whether or not the
+    // code ends in a line break, and closes the sheet.
+    void handbookEntryAppendsItsExample()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<int>("entry");
-        QTest::addColumn<QString>("example");
         const QStringList examples{
             u"forward 100"_s, u"back 50"_s, u"right 90"_s, u"left 90"_s, u"repeat 4 [forward 80 right 90]"_s,
             u"color pink"_s, u"width 8"_s, u"penup"_s, u"pendown"_s, u"home"_s, u"setheading 90"_s, u"clear"_s,
             u"to square\n  repeat 4 [forward 80 right 90]\nend\nsquare"_s, u"; This is a note to myself"_s,
         };
-        for (int i = 0; i < examples.size(); ++i)
-            QTest::addRow("entry %d", i + 1) << (i % 2 ? u"right 45\n"_s : u"forward 50"_s) << i << examples.at(i);
-        QTest::newRow("into empty code") << QString() << 0 << examples.at(0);
-    }
-
-    void handbookEntryAppendsItsExample()
-    {
-        QFETCH(QString, before);
-        QFETCH(int, entry);
-        QFETCH(QString, example);
         UI(startReturning());
-        ui->studio().setCode(before);
-        UI(openSheet(u"handbookSidebarButton"_s, u"guideSheet"_s));
-        QCOMPARE(ui->text(u"guideExample_%1"_s.arg(entry)), example);
-
-        UI(ui->click(u"guideEntry_%1"_s.arg(entry)));
-        const QString expected = before + (before.endsWith(u'\n') ? QString() : u"\n"_s) + example + u'\n';
-        QCOMPARE(ui->studio().code(), expected);
-        QCOMPARE(ui->store().string(u"code0"_s).value_or(QString()), expected);
-        UI(ui->waitForSheet(u"guideSheet"_s, false));
-        QVERIFY(!ui->studio().running());
-        QCOMPARE(ui->text(u"codeEditor"_s), expected);
+        for (const auto &[before, entry] : {std::pair(u"forward 50"_s, 13), std::pair(u"right 45\n"_s, 6)}) {
+            ui->studio().setCode(before);
+            UI(openSheet(u"handbookSidebarButton"_s, u"guideSheet"_s));
+            for (int i = 0; i < examples.size(); ++i)
+                QCOMPARE(ui->text(u"guideExample_%1"_s.arg(i)), examples.at(i));
+            UI(ui->click(u"guideEntry_%1"_s.arg(entry)));
+            const QString expected = before + (before.endsWith(u'\n') ? QString() : u"\n"_s) + examples.at(entry) + u'\n';
+            QCOMPARE(ui->studio().code(), expected);
+            QCOMPARE(ui->store().string(u"code0"_s), expected);
+            UI(ui->waitForSheet(u"guideSheet"_s, false));
+            QCOMPARE(ui->text(u"codeEditor"_s), expected);
+        }
     }
 
     // The explanations' wording lives in one table in the QML: here every entry must show its
