@@ -3,6 +3,7 @@
 #include "turtle/Palette.h"
 #include "turtle/Stroke.h"
 #include "turtle/Turtle.h"
+#include "support/Golden.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -69,39 +70,10 @@ void TestTurtle::geometry_data()
     QTest::addColumn<QString>("point");
     QTest::addColumn<double>("heading");
     QTest::addColumn<bool>("pen");
-
-    QTest::newRow("forward goes up") << "forward 100" << "0,0>0,-100 purple 4" << "0,-100" << 0.0 << true;
-    QTest::newRow("negative distances") << "forward -50 back -20" << "0,0>0,50 purple 4; 0,50>0,30 purple 4"
-                                        << "0,30" << 0.0 << true;
-    QTest::newRow("right is clockwise") << "right 90 forward 10" << "0,0>10,0 purple 4" << "10,0" << 90.0 << true;
-    QTest::newRow("left is anticlockwise") << "left 90 forward 10" << "0,0>-10,0 purple 4" << "-10,0" << -90.0 << true;
-    QTest::newRow("diagonal") << "right 45 forward 10" << "0,0>7.071068,-7.071068 purple 4" << "7.071068,-7.071068"
-                              << 45.0 << true;
-    QTest::newRow("setheading replaces") << "right 400 setheading 30 right 10" << QString() << "0,0" << 40.0 << true;
-    // Headings are never wrapped into 0..360.
-    QTest::newRow("left below zero") << "left 30 left 400 left -90" << QString() << "0,0" << -340.0 << true;
-    QTest::newRow("square closes at 360") << "repeat 4 [ forward 10 right 90 ]"
-                                          << "0,0>0,-10 purple 4; 0,-10>10,-10 purple 4; 10,-10>10,0 purple 4; "
-                                             "10,0>0,0 purple 4" << "0,0" << 360.0 << true;
-
-    // Moves of 0.001 or less leave no stroke but still move (home too).
-    QTest::newRow("forward 0.0011") << "forward 0.0011" << "0,0>0,-0.0011 purple 4" << "0,-0.0011" << 0.0 << true;
-    QTest::newRow("tiny moves add up") << "repeat 10 [ forward 0.001 ]" << QString() << "0,-0.01" << 0.0 << true;
-    QTest::newRow("home after a tiny move") << "penup forward 0.001 pendown home" << QString() << "0,0" << 0.0 << true;
-    QTest::newRow("home after a short move") << "penup right 90 forward 0.002 pendown home" << "0.002,0>0,0 purple 4"
-                                             << "0,0" << 0.0 << true;
-
-    QTest::newRow("pen up, then down") << "penup forward 10 pendown forward 10" << "0,-10>0,-20 purple 4" << "0,-20"
-                                       << 0.0 << true;
-    // Home draws back in the current colour and width, and faces up again.
-    QTest::newRow("home draws back") << "color red width 8 forward 10 right 90 forward 10 home"
-                                     << "0,0>0,-10 red 8; 0,-10>10,-10 red 8; 10,-10>0,0 red 8" << "0,0" << 0.0 << true;
-    QTest::newRow("home with pen up") << "penup forward 10 right 30 home" << QString() << "0,0" << 0.0 << false;
-    QTest::newRow("colour and width carried")
-        << "color blue forward 10 width 2.5 forward 10 color black right 90 forward 5"
-        << "0,0>0,-10 blue 4; 0,-10>0,-20 blue 2.5; 0,-20>5,-20 black 2.5" << "5,-20" << 90.0 << true;
-    QTest::newRow("clear resets everything") << "color red width 8 forward 10 penup right 90 forward 10 clear forward 5"
-                                             << "0,0>0,-5 purple 4" << "0,-5" << 0.0 << true;
+    for (const QStringList &row : goldenRows(QStringLiteral("geometry.txt"), 6)) {
+        QTest::newRow(qPrintable(row.at(0))) << row.at(1) << (row.at(2) == u"-" ? QString() : row.at(2)) << row.at(3)
+                                             << row.at(4).toDouble() << (row.at(5) == u"true");
+    }
 }
 
 void TestTurtle::geometry()
