@@ -28,11 +28,14 @@ class ProgressTest : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<StudioFixture> fixture;
+
 private slots:
+    void init() { fixture = std::make_unique<StudioFixture>(); }
+
     void aFirstSuccessEarnsABadgeAndARepeatDoesNot()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         QSignalSpy celebration(&studio, &Studio::celebrationChanged);
         solve(studio, 0);
         QCOMPARE(studio.completed(), QSet<int>{0});
@@ -40,24 +43,23 @@ private slots:
         QVERIFY(studio.celebration());
         QCOMPARE(studio.message(), QStringLiteral("You did it! A new badge for your collection."));
         QCOMPARE(studio.experience(), 100);
-        QCOMPARE(storedCompleted(fixture.store), QList<qint64>{0});
+        QCOMPARE(storedCompleted(fixture->store), QList<qint64>{0});
         QCOMPARE(studio.drawingSource(), studio.code());
 
         studio.setCelebration(false);
-        fixture.store.remove(QStringLiteral("completed"));
+        fixture->store.remove(QStringLiteral("completed"));
         solve(studio, 0);
         QCOMPARE(studio.badges(), 1);
         QVERIFY(!studio.freshReward());
         QVERIFY(studio.celebration());
         QCOMPARE(studio.message(), QStringLiteral("Beautiful! You nailed this mission again."));
-        QCOMPARE(storedCompleted(fixture.store), QList<qint64>{0}); // written again on a repeat
+        QCOMPARE(storedCompleted(fixture->store), QList<qint64>{0}); // written again on a repeat
         QCOMPARE(celebration.count(), 3);
     }
 
     void aFailedCheckOnlySpeaksAndKeepsTheDrawing()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         solve(studio, 0);
         solve(studio, 1);
         studio.setCelebration(false);
@@ -74,8 +76,7 @@ private slots:
 
     void freePlayIsNeverJudged()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         studio.enterFree();
         QVERIFY(studio.free());
         QCOMPARE(studio.code(), QStringLiteral("; Dream it. Draw it.\n"));
@@ -92,13 +93,12 @@ private slots:
 
     void codeIsKeptPerMissionAndForFreePlay()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         for (int i = 0; i < 4; ++i)
             solve(studio, i);
         studio.select(4);
         QCOMPARE(studio.code(), missions().at(4).starter);
-        QVERIFY(!fixture.store.string(QStringLiteral("code4")));
+        QVERIFY(!fixture->store.string(QStringLiteral("code4")));
         studio.setCode(QStringLiteral("fd 12"));
         studio.enterFree();
         studio.setCode(QStringLiteral("rt 5"));
@@ -108,8 +108,8 @@ private slots:
         studio.enterFree();
         QCOMPARE(studio.code(), QStringLiteral("rt 5"));
         QCOMPARE(studio.mission(), 4); // free play keeps the mission
-        QCOMPARE(fixture.store.string(QStringLiteral("freeCode")), QStringLiteral("rt 5"));
-        QCOMPARE(fixture.store.string(QStringLiteral("code4")), QStringLiteral("fd 12"));
+        QCOMPARE(fixture->store.string(QStringLiteral("freeCode")), QStringLiteral("rt 5"));
+        QCOMPARE(fixture->store.string(QStringLiteral("code4")), QStringLiteral("fd 12"));
     }
 
     void selectRefusesLockedAndMissingMissions_data()
@@ -123,8 +123,7 @@ private slots:
     void selectRefusesLockedAndMissingMissions()
     {
         QFETCH(int, mission);
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         solve(studio, 0);
         studio.select(1);
         studio.setCode(QStringLiteral("repeat 50 [fd 1]"));
@@ -140,8 +139,7 @@ private slots:
 
     void selectStopsARunAndStartsAFreshCanvas()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         QSignalSpy finished(&studio, &Studio::drawingFinished);
         solve(studio, 0);
         studio.requestHint();
@@ -161,8 +159,7 @@ private slots:
 
     void hintsStopAtTheLastOne()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         QSignalSpy changed(&studio, &Studio::hintChanged);
         for (int i = 0; i < 3; ++i)
             studio.requestHint();
@@ -172,8 +169,7 @@ private slots:
 
     void rewardsFollowTheBadgeCount()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         QList<int> announcedThemes;
         QList<bool> royal;
         QStringList ranks;

@@ -43,11 +43,14 @@ class GalleryTest : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<StudioFixture> fixture;
+
 private slots:
+    void init() { fixture = std::make_unique<StudioFixture>(); }
+
     void aSavedGalleryComesBackAfterARestart()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         studio.setTheme(0);
         drawInFreePlay(studio, square);
         saveAs(studio, QStringLiteral("  Box  "));
@@ -65,10 +68,10 @@ private slots:
         QCOMPARE(saved.at(0).strokes.size(), 2);
         QVERIFY(saved.at(0).id != saved.at(1).id);
 
-        const auto again = fixture.restart();
+        const auto again = fixture->restart();
         QCOMPARE(again->creations(), saved); // ids, titles, codes, dates, companions, themes, strokes
 
-        const QJsonArray stored = QJsonDocument::fromJson(*fixture.store.data(QStringLiteral("creations"))).array();
+        const QJsonArray stored = QJsonDocument::fromJson(*fixture->store.data(QStringLiteral("creations"))).array();
         QCOMPARE(stored.size(), 2);
         QCOMPARE(stored.at(0).toObject().value(QStringLiteral("title")).toString(), QString(80, u'x'));
     }
@@ -137,13 +140,12 @@ private slots:
     {
         QFETCH(QByteArray, json);
         QFETCH(bool, readable);
-        StudioFixture fixture;
-        fixture.store.setData(QStringLiteral("creations"), json);
-        const auto studio = fixture.restart();
+        fixture->store.setData(QStringLiteral("creations"), json);
+        const auto studio = fixture->restart();
         QCOMPARE(decodeCreations(json).has_value(), readable);
         if (!readable)
             QVERIFY(studio->creations().isEmpty());
-        QCOMPARE(fixture.store.data(QStringLiteral("creations")), std::optional<QByteArray>(json)); // untouched
+        QCOMPARE(fixture->store.data(QStringLiteral("creations")), std::optional<QByteArray>(json)); // untouched
         if (readable && !studio->creations().isEmpty()) {
             const Creation &tiny = studio->creations().first();
             QCOMPARE(tiny.id, QUuid(QStringLiteral("{0f8fad5b-d9cb-469f-a165-70867728950e}")));
@@ -165,8 +167,7 @@ private slots:
     void savingNeedsTheFinishedDrawingOfTheCurrentCode()
     {
         QFETCH(QString, situation);
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         studio.enterFree();
         studio.setCode(square);
         if (situation == u"edited") {
@@ -182,14 +183,13 @@ private slots:
         QCOMPARE(studio.message(), QStringLiteral("Run your latest code all the way through before saving."));
         QVERIFY(!studio.saving());
         QVERIFY(studio.creations().isEmpty());
-        QVERIFY(!fixture.store.data(QStringLiteral("creations")));
+        QVERIFY(!fixture->store.data(QStringLiteral("creations")));
         studio.stop();
     }
 
     void aBlankTitleDoesNothing()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         drawInFreePlay(studio, square);
         const QString message = studio.message();
         saveAs(studio, QStringLiteral(" \n\t "));
@@ -200,8 +200,7 @@ private slots:
 
     void aRunToTheEndCanBeSaved()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         studio.enterFree();
         studio.setCode(square);
         studio.setSpeed(Studio::fastestSpeed);
@@ -214,9 +213,8 @@ private slots:
 
     void reopeningACreationRemixesItInFreePlay()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
-        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2});
+        Studio &studio = fixture->studio;
+        fixture->store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2});
         Creation creation;
         creation.title = QStringLiteral("Pointy");
         creation.code = QStringLiteral("color red rt 90 fd 40 pu fd 10");
@@ -235,8 +233,8 @@ private slots:
         QCOMPARE(studio.point(), QPointF(50, 0));
         QVERIFY(!studio.pen());
         QCOMPARE(studio.message(), QStringLiteral("Opened ‘Pointy’. Remix it and save a new copy."));
-        QCOMPARE(fixture.store.string(QStringLiteral("freeCode")), creation.code);
-        QCOMPARE(fixture.store.integer(QStringLiteral("theme")), 3);
+        QCOMPARE(fixture->store.string(QStringLiteral("freeCode")), creation.code);
+        QCOMPARE(fixture->store.integer(QStringLiteral("theme")), 3);
 
         saveAs(studio, QStringLiteral("Pointy again")); // a reopened creation counts as a finished run
         QCOMPARE(studio.creations().size(), 1);
@@ -250,9 +248,8 @@ private slots:
 
     void exportNeedsADrawing()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
-        const QString path = fixture.folder.filePath(QStringLiteral("Marble Cove creation.png"));
+        Studio &studio = fixture->studio;
+        const QString path = fixture->folder.filePath(QStringLiteral("Marble Cove creation.png"));
         QVERIFY(!studio.prepareExport());
         QCOMPARE(studio.message(), QStringLiteral("Draw something first, then export your picture."));
         studio.setMessage(QString());
@@ -263,10 +260,9 @@ private slots:
 
     void exportWritesThePictureOnTheThemeColour()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         drawInFreePlay(studio, square);
-        const QString path = fixture.folder.filePath(QStringLiteral("Marble Cove creation.png"));
+        const QString path = fixture->folder.filePath(QStringLiteral("Marble Cove creation.png"));
         QFile old(path);
         QVERIFY(old.open(QIODevice::WriteOnly));
         old.write("an older file of the same name");
@@ -279,8 +275,8 @@ private slots:
         QCOMPARE(meadow.size(), QSize(1200, 1000));
         QCOMPARE(meadow.pixelColor(0, 0).alpha(), 0);
 
-        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2, 3, 4, 5});
-        const auto restarted = fixture.restart();
+        fixture->store.setIntegerArray(QStringLiteral("completed"), {0, 1, 2, 3, 4, 5});
+        const auto restarted = fixture->restart();
         drawInFreePlay(*restarted, square);
         restarted->setTheme(1);
         restarted->exportPNG(path);
@@ -299,19 +295,17 @@ private slots:
     void exportToAPlaceThatCannotBeWritten()
     {
         QFETCH(QString, place);
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         drawInFreePlay(studio, square);
-        const QString path = place.isEmpty() ? fixture.folder.path() : fixture.folder.filePath(place);
+        const QString path = place.isEmpty() ? fixture->folder.path() : fixture->folder.filePath(place);
         studio.exportPNG(path);
         QCOMPARE(studio.message(), QStringLiteral("I couldn't save there. Try another folder."));
-        QVERIFY(!QFile::exists(fixture.folder.filePath(QStringLiteral("no such folder"))));
+        QVERIFY(!QFile::exists(fixture->folder.filePath(QStringLiteral("no such folder"))));
     }
 
     void eraseEmptiesTheGallery()
     {
-        StudioFixture fixture;
-        Studio &studio = fixture.studio;
+        Studio &studio = fixture->studio;
         drawInFreePlay(studio, square);
         saveAs(studio, QStringLiteral("Box"));
         studio.setCreationTitle(QStringLiteral("draft"));
@@ -319,7 +313,7 @@ private slots:
         studio.finishProfileDismissal();
         QVERIFY(studio.creations().isEmpty());
         QCOMPARE(studio.creationTitle(), QString());
-        QVERIFY(!fixture.store.data(QStringLiteral("creations")));
+        QVERIFY(!fixture->store.data(QStringLiteral("creations")));
     }
 };
 
