@@ -97,205 +97,196 @@ class TestLanguage : public QObject
     Q_OBJECT
 
 private slots:
-    void tokens_data();
-    void tokens();
-    void programs_data();
-    void programs();
-    void numbersIgnoreGermanLocale();
-    void parserState_data();
-    void parserState();
-    void callChainThatDrawsNothingFinishes();
-};
+    void tokens_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("tokens");
 
-void TestLanguage::tokens_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("tokens");
-
-    QTest::newRow("empty") << QString() << QString();
-    QTest::newRow("only comments") << u"; one\n;two ; three"_s << QString();
-    QTest::newRow("lower-cased, non-ASCII too") << u"FoRwArD 100 \u00C9TOILE \u0417\u0412\u0415\u0417\u0414\u0410"_s
-                                                << u"forward|100|\u00E9toile|\u0437\u0432\u0435\u0437\u0434\u0430"_s;
-    QTest::newRow("brackets split words") << u"repeat 4[fd 50 rt 90]rt [[]]x["_s
-                                          << u"repeat|4|[|fd|50|rt|90|]|rt|[|[|]|]|x|["_s;
-    QTest::newRow("comments") << u"fd 10;rt 90 [\nbk 5 ; a ; ] b\nd"_s << u"fd|10|bk|5|d"_s;
-    QTest::newRow("double quote kept") << u"color \"Red"_s << u"color|\"red"_s;
-    // Every line break ends a comment.
-    QTest::newRow("line breaks") << u"a;1\nb;2\rc;3\r\nd;4\ve;5\ff;6\u0085g;7\u2028h;8\u2029i"_s
-                                 << u"a|b|c|d|e|f|g|h|i"_s;
-    // Unicode white space separates tokens like a plain space; U+001F and U+200B are not white space.
-    QTest::newRow("white space")
-        << u"  fd\t\t 1   a\u00A0b\u3000c\u1680d\u2000e\u200Af\u202Fg\u205Fh x\u001Fy z\u200Bw"_s
-        << u"fd|1|a|b|c|d|e|f|g|h|x\u001Fy|z\u200Bw"_s;
-}
-
-void TestLanguage::tokens()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, tokens);
-    const LogoParser parser(text);
-    QCOMPARE(parser.tokens.join(u'|'), tokens);
-    QCOMPARE(parser.index, 0);
-    QVERIFY(parser.procedures.isEmpty());
-    QVERIFY(parser.executableTokens.isEmpty());
-}
-
-// Each row is a program with either its instructions or the message it is refused with; the
-// short ones are listed in programs.txt.
-void TestLanguage::programs_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<bool>("fails");
-
-    for (const QStringList &row : goldenRows(u"programs.txt"_s, 3)) {
-        QVERIFY2(row.at(2).startsWith(u'=') || row.at(2).startsWith(u'!'), qPrintable(row.join(u" | "_s)));
-        QTest::newRow(qPrintable(row.at(0))) << row.at(1) << row.at(2).mid(1) << row.at(2).startsWith(u'!');
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("only comments") << u"; one\n;two ; three"_s << QString();
+        QTest::newRow("lower-cased, non-ASCII too") << u"FoRwArD 100 \u00C9TOILE \u0417\u0412\u0415\u0417\u0414\u0410"_s
+                                                    << u"forward|100|\u00E9toile|\u0437\u0432\u0435\u0437\u0434\u0430"_s;
+        QTest::newRow("brackets split words") << u"repeat 4[fd 50 rt 90]rt [[]]x["_s
+                                              << u"repeat|4|[|fd|50|rt|90|]|rt|[|[|]|]|x|["_s;
+        QTest::newRow("comments") << u"fd 10;rt 90 [\nbk 5 ; a ; ] b\nd"_s << u"fd|10|bk|5|d"_s;
+        QTest::newRow("double quote kept") << u"color \"Red"_s << u"color|\"red"_s;
+        // Every line break ends a comment.
+        QTest::newRow("line breaks") << u"a;1\nb;2\rc;3\r\nd;4\ve;5\ff;6\u0085g;7\u2028h;8\u2029i"_s
+                                     << u"a|b|c|d|e|f|g|h|i"_s;
+        // Unicode white space separates tokens like a plain space; U+001F and U+200B are not white space.
+        QTest::newRow("white space")
+            << u"  fd\t\t 1   a\u00A0b\u3000c\u1680d\u2000e\u200Af\u202Fg\u205Fh x\u001Fy z\u200Bw"_s
+            << u"fd|1|a|b|c|d|e|f|g|h|x\u001Fy|z\u200Bw"_s;
     }
 
-    const auto list = [](const QString &item, int count) { return (item + u", "_s).repeated(count).chopped(2); };
-    ok("63-character number", u"fd "_s + QString(62, u'0') + u'5', u"forward 5"_s);
-    ok("64-character number", u"fd "_s + QString(63, u'0') + u'5', u"forward 5"_s);
-    refused("not a number 1\\0", u"fd 1\0"_s, kNumber);
-    refused("long with a letter at the end", u"fd "_s + QString(100, u'1') + u'x', kNumber);
-    ok("repeat 1 and 100", u"repeat 1 [ home ] repeat 100 [ fd 1 ]"_s, u"home, "_s + list(u"forward 1"_s, 100));
-
-    // Token limit: brackets count, comments do not; checked before anything else.
-    ok("12000 tokens", u"to a"_s + u" x"_s.repeated(11997) + u" end\n; "_s + u"comment words "_s.repeated(100),
-       QString());
-    refused("12001 tokens with brackets", u"to a"_s + u" []"_s.repeated(5999) + u" end"_s, kLong);
-    refused("long before every other fault", u"] to [ jump"_s + u" jump"_s.repeated(11997), kLong);
-
-    // Step limits.
-    ok("2000 moves", u"fd 1 "_s.repeated(2000), list(u"forward 1"_s, 2000));
-    ok("2000 from loops", u"repeat 100 [ fd 1 rt 1 ] "_s.repeated(10), list(u"forward 1, right 1"_s, 1000));
-    ok("2000 from a recipe called twice", u"to a "_s + u"pu "_s.repeated(1000) + u"end a a"_s, list(u"penup"_s, 2000));
-    refused("2001 steps of every kind", u"fd 1 "_s.repeated(1000) + u"pu "_s.repeated(1000) + u"color red"_s,
-            kTooManySteps);
-    refused("2001 inside one body", u"repeat 2 [ "_s + u"fd 1 "_s.repeated(2001) + u"]"_s, kTooManySteps);
-    refused("2001 through recipe calls", u"to a "_s + u"fd 1 "_s.repeated(1000) + u"end a a a"_s, kTooManySteps);
-    refused("step limit before a later fault", u"fd 1 "_s.repeated(2001) + u"jump"_s, kTooManySteps);
-
-    ok("uncalled bodies are not checked",
-       u"to a a end to b c end to c b end to d jump fd 99999 repeat 0 ] end to e repeat 2 [ fd 1 end to f "_s
-           + u"fd 1 "_s.repeated(3000) + u"end fd 1"_s,
-       u"forward 1"_s);
-    for (const char *word : {"forward", "back", "right", "left", "width", "color", "penup", "pendown", "home", "clear",
-                             "setheading", "repeat", "to", "end", "fd", "bk", "backward", "rt", "lt", "pu", "pd",
-                             "cs", "setpc", "setpencolor", "setpensize", "seth"})
-        refused(word, u"to "_s + QString::fromLatin1(word) + u" fd 1 end"_s, kBadName);
-    refused("too deep then nested to", nestedRepeats(12, u"fd 1"_s) + u" to a to b end end"_s, kFinish);
-
-    // Nesting: eleven levels of loops and recipes together.
-    ok("11 nested repeats", nestedRepeats(11, u"fd 1"_s), u"forward 1"_s);
-    ok("11 levels of recipes", recipeChain(11, 1, u"fd 1"_s), u"forward 1"_s);
-    ok("6 loops and 5 recipes", recipeChain(5, 1, u"fd 1"_s).chopped(2) + nestedRepeats(6, u"ra"_s), u"forward 1"_s);
-    refused("12 nested repeats", nestedRepeats(12, u"fd 1"_s), kNested);
-    refused("12 nested empty repeats", nestedRepeats(12, QString()), kNested);
-    refused("12 levels of recipes", recipeChain(12, 1, u"fd 1"_s), kNested);
-    refused("6 loops and 6 recipes", recipeChain(6, 1, u"fd 1"_s).chopped(2) + nestedRepeats(6, u"ra"_s), kNested);
-    refused("self call at level 11", u"to a a end "_s + nestedRepeats(10, u"a"_s), callsItself(u"A"_s));
-    refused("recipe fine at level 1, too deep at level 10",
-            u"to b repeat 1 [ fd 1 ] end b "_s + nestedRepeats(10, u"b"_s), kNested);
-    refused("self call would enter level 12", u"to a a end "_s + nestedRepeats(11, u"a"_s), kNested);
-}
-
-void TestLanguage::programs()
-{
-    QFETCH(QString, program);
-    QFETCH(QString, expected);
-    QFETCH(bool, fails);
-    Outcome outcome;
-    try {
-        outcome = parseProgram(program);
-    } catch (...) {
-        QFAIL("an error other than LogoError escaped");
+    void tokens()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, tokens);
+        const LogoParser parser(text);
+        QCOMPARE(parser.tokens.join(u'|'), tokens);
+        QCOMPARE(parser.index, 0);
+        QVERIFY(parser.procedures.isEmpty());
+        QVERIFY(parser.executableTokens.isEmpty());
     }
-    if (fails) {
-        QVERIFY2(outcome.failed, qPrintable(u"no error; got "_s + render(outcome.instructions).left(200)));
-        QCOMPARE(outcome.message, expected);
-    } else {
+
+    // Each row is a program with either its instructions or the message it is refused with; the
+    // short ones are listed in programs.txt.
+    void programs_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("expected");
+        QTest::addColumn<bool>("fails");
+
+        for (const QStringList &row : goldenRows(u"programs.txt"_s, 3)) {
+            QVERIFY2(row.at(2).startsWith(u'=') || row.at(2).startsWith(u'!'), qPrintable(row.join(u" | "_s)));
+            QTest::newRow(qPrintable(row.at(0))) << row.at(1) << row.at(2).mid(1) << row.at(2).startsWith(u'!');
+        }
+
+        const auto list = [](const QString &item, int count) { return (item + u", "_s).repeated(count).chopped(2); };
+        ok("63-character number", u"fd "_s + QString(62, u'0') + u'5', u"forward 5"_s);
+        ok("64-character number", u"fd "_s + QString(63, u'0') + u'5', u"forward 5"_s);
+        refused("not a number 1\\0", u"fd 1\0"_s, kNumber);
+        refused("long with a letter at the end", u"fd "_s + QString(100, u'1') + u'x', kNumber);
+        ok("repeat 1 and 100", u"repeat 1 [ home ] repeat 100 [ fd 1 ]"_s, u"home, "_s + list(u"forward 1"_s, 100));
+
+        // Token limit: brackets count, comments do not; checked before anything else.
+        ok("12000 tokens", u"to a"_s + u" x"_s.repeated(11997) + u" end\n; "_s + u"comment words "_s.repeated(100),
+           QString());
+        refused("12001 tokens with brackets", u"to a"_s + u" []"_s.repeated(5999) + u" end"_s, kLong);
+        refused("long before every other fault", u"] to [ jump"_s + u" jump"_s.repeated(11997), kLong);
+
+        // Step limits.
+        ok("2000 moves", u"fd 1 "_s.repeated(2000), list(u"forward 1"_s, 2000));
+        ok("2000 from loops", u"repeat 100 [ fd 1 rt 1 ] "_s.repeated(10), list(u"forward 1, right 1"_s, 1000));
+        ok("2000 from a recipe called twice", u"to a "_s + u"pu "_s.repeated(1000) + u"end a a"_s, list(u"penup"_s, 2000));
+        refused("2001 steps of every kind", u"fd 1 "_s.repeated(1000) + u"pu "_s.repeated(1000) + u"color red"_s,
+                kTooManySteps);
+        refused("2001 inside one body", u"repeat 2 [ "_s + u"fd 1 "_s.repeated(2001) + u"]"_s, kTooManySteps);
+        refused("2001 through recipe calls", u"to a "_s + u"fd 1 "_s.repeated(1000) + u"end a a a"_s, kTooManySteps);
+        refused("step limit before a later fault", u"fd 1 "_s.repeated(2001) + u"jump"_s, kTooManySteps);
+
+        ok("uncalled bodies are not checked",
+           u"to a a end to b c end to c b end to d jump fd 99999 repeat 0 ] end to e repeat 2 [ fd 1 end to f "_s
+               + u"fd 1 "_s.repeated(3000) + u"end fd 1"_s,
+           u"forward 1"_s);
+        for (const char *word : {"forward", "back", "right", "left", "width", "color", "penup", "pendown", "home", "clear",
+                                 "setheading", "repeat", "to", "end", "fd", "bk", "backward", "rt", "lt", "pu", "pd",
+                                 "cs", "setpc", "setpencolor", "setpensize", "seth"})
+            refused(word, u"to "_s + QString::fromLatin1(word) + u" fd 1 end"_s, kBadName);
+        refused("too deep then nested to", nestedRepeats(12, u"fd 1"_s) + u" to a to b end end"_s, kFinish);
+
+        // Nesting: eleven levels of loops and recipes together.
+        ok("11 nested repeats", nestedRepeats(11, u"fd 1"_s), u"forward 1"_s);
+        ok("11 levels of recipes", recipeChain(11, 1, u"fd 1"_s), u"forward 1"_s);
+        ok("6 loops and 5 recipes", recipeChain(5, 1, u"fd 1"_s).chopped(2) + nestedRepeats(6, u"ra"_s), u"forward 1"_s);
+        refused("12 nested repeats", nestedRepeats(12, u"fd 1"_s), kNested);
+        refused("12 nested empty repeats", nestedRepeats(12, QString()), kNested);
+        refused("12 levels of recipes", recipeChain(12, 1, u"fd 1"_s), kNested);
+        refused("6 loops and 6 recipes", recipeChain(6, 1, u"fd 1"_s).chopped(2) + nestedRepeats(6, u"ra"_s), kNested);
+        refused("self call at level 11", u"to a a end "_s + nestedRepeats(10, u"a"_s), callsItself(u"A"_s));
+        refused("recipe fine at level 1, too deep at level 10",
+                u"to b repeat 1 [ fd 1 ] end b "_s + nestedRepeats(10, u"b"_s), kNested);
+        refused("self call would enter level 12", u"to a a end "_s + nestedRepeats(11, u"a"_s), kNested);
+    }
+
+    void programs()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, expected);
+        QFETCH(bool, fails);
+        Outcome outcome;
+        try {
+            outcome = parseProgram(program);
+        } catch (...) {
+            QFAIL("an error other than LogoError escaped");
+        }
+        if (fails) {
+            QVERIFY2(outcome.failed, qPrintable(u"no error; got "_s + render(outcome.instructions).left(200)));
+            QCOMPARE(outcome.message, expected);
+        } else {
+            QVERIFY2(!outcome.failed, qPrintable(outcome.message));
+            QCOMPARE(render(outcome.instructions), expected);
+        }
+    }
+
+    // Reading numbers must not follow the user's locale (a German one writes 1,5).
+    void numbersIgnoreGermanLocale()
+    {
+        const std::string previousC = std::setlocale(LC_ALL, nullptr);
+        const QLocale previousQt;
+        for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE"}) {
+            if (std::setlocale(LC_ALL, name))
+                break;
+        }
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        const Outcome read = parseProgram(u"fd 1.5 rt 0x.8p1 lt .5 width 12.5"_s);
+        const Outcome comma = parseProgram(u"fd 1,5"_s);
+        std::setlocale(LC_ALL, previousC.c_str());
+        QLocale::setDefault(previousQt);
+
+        QVERIFY2(!read.failed, qPrintable(read.message));
+        QCOMPARE(render(read.instructions), u"forward 1.5, right 1, left 0.5, width 12.5"_s);
+        QVERIFY(comma.failed);
+        QCOMPARE(comma.message, kNumber);
+    }
+
+    void parserState_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QString>("procedures");
+        QTest::addColumn<QString>("executable");
+
+        QTest::newRow("success") << u"fd 10 TO Sq repeat 4 [ FD 1 ] end rt 5"_s << 13 << u"sq=repeat 4 [ fd 1 ]"_s
+                                 << u"fd|10|rt|5"_s;
+        QTest::newRow("bodies kept raw") << u"to a fd 1 b end to b jump ] end a"_s << 12 << u"a=fd 1 b;b=jump ]"_s
+                                         << u"a"_s;
+        QTest::newRow("expansion fault") << u"to a fd 1 end to b rt 2 end jump"_s << 11 << u"a=fd 1;b=rt 2"_s << u"jump"_s;
+        QTest::newRow("to inside brackets") << u"fd 1 [ to a end"_s << 4 << QString() << QString();
+        QTest::newRow("to last") << u"fd 10 to"_s << 3 << QString() << QString();
+        QTest::newRow("duplicate name") << u"to a fd 1 end to A end"_s << 7 << u"a=fd 1"_s << QString();
+        QTest::newRow("to inside a body") << u"to a fd to b end"_s << 3 << QString() << QString();
+        QTest::newRow("missing end") << u"to a end to b fd 1"_s << 7 << u"a="_s << QString();
+        QTest::newRow("too long") << u"fd "_s.repeated(12001) << 0 << QString() << QString();
+    }
+
+    void parserState()
+    {
+        QFETCH(QString, program);
+        QFETCH(int, index);
+        QFETCH(QString, procedures);
+        QFETCH(QString, executable);
+        LogoParser parser(program);
+        try {
+            parser.parse();
+        } catch (const LogoError &) {
+            // Only the state left behind matters here.
+        }
+        QCOMPARE(parser.index, qsizetype(index));
+        QStringList names = parser.procedures.keys();
+        names.sort();
+        QStringList bodies;
+        for (const QString &name : names)
+            bodies.append(name + u'=' + parser.procedures.value(name).join(u' '));
+        QCOMPARE(bodies.join(u';'), procedures);
+        QCOMPARE(parser.executableTokens.join(u'|'), executable);
+    }
+
+    // Eleven recipes, each calling the next ten times, the last drawing nothing: expanding every call
+    // one by one would take 10^10 expansions.
+    void callChainThatDrawsNothingFinishes()
+    {
+        const Outcome outcome = parseProgram(recipeChain(11, 10, QString()));
         QVERIFY2(!outcome.failed, qPrintable(outcome.message));
-        QCOMPARE(render(outcome.instructions), expected);
+        QVERIFY(outcome.instructions.isEmpty());
+
+        // The same chain called from inside loops, one level left for them.
+        const Outcome looped = parseProgram(recipeChain(10, 10, QString()).chopped(2) + u"repeat 100 [ ra ra ] fd 1"_s);
+        QVERIFY2(!looped.failed, qPrintable(looped.message));
+        QCOMPARE(render(looped.instructions), u"forward 1"_s);
     }
-}
-
-// Reading numbers must not follow the user's locale (a German one writes 1,5).
-void TestLanguage::numbersIgnoreGermanLocale()
-{
-    const std::string previousC = std::setlocale(LC_ALL, nullptr);
-    const QLocale previousQt;
-    for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE"}) {
-        if (std::setlocale(LC_ALL, name))
-            break;
-    }
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    const Outcome read = parseProgram(u"fd 1.5 rt 0x.8p1 lt .5 width 12.5"_s);
-    const Outcome comma = parseProgram(u"fd 1,5"_s);
-    std::setlocale(LC_ALL, previousC.c_str());
-    QLocale::setDefault(previousQt);
-
-    QVERIFY2(!read.failed, qPrintable(read.message));
-    QCOMPARE(render(read.instructions), u"forward 1.5, right 1, left 0.5, width 12.5"_s);
-    QVERIFY(comma.failed);
-    QCOMPARE(comma.message, kNumber);
-}
-
-void TestLanguage::parserState_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("procedures");
-    QTest::addColumn<QString>("executable");
-
-    QTest::newRow("success") << u"fd 10 TO Sq repeat 4 [ FD 1 ] end rt 5"_s << 13 << u"sq=repeat 4 [ fd 1 ]"_s
-                             << u"fd|10|rt|5"_s;
-    QTest::newRow("bodies kept raw") << u"to a fd 1 b end to b jump ] end a"_s << 12 << u"a=fd 1 b;b=jump ]"_s
-                                     << u"a"_s;
-    QTest::newRow("expansion fault") << u"to a fd 1 end to b rt 2 end jump"_s << 11 << u"a=fd 1;b=rt 2"_s << u"jump"_s;
-    QTest::newRow("to inside brackets") << u"fd 1 [ to a end"_s << 4 << QString() << QString();
-    QTest::newRow("to last") << u"fd 10 to"_s << 3 << QString() << QString();
-    QTest::newRow("duplicate name") << u"to a fd 1 end to A end"_s << 7 << u"a=fd 1"_s << QString();
-    QTest::newRow("to inside a body") << u"to a fd to b end"_s << 3 << QString() << QString();
-    QTest::newRow("missing end") << u"to a end to b fd 1"_s << 7 << u"a="_s << QString();
-    QTest::newRow("too long") << u"fd "_s.repeated(12001) << 0 << QString() << QString();
-}
-
-void TestLanguage::parserState()
-{
-    QFETCH(QString, program);
-    QFETCH(int, index);
-    QFETCH(QString, procedures);
-    QFETCH(QString, executable);
-    LogoParser parser(program);
-    try {
-        parser.parse();
-    } catch (const LogoError &) {
-        // Only the state left behind matters here.
-    }
-    QCOMPARE(parser.index, qsizetype(index));
-    QStringList names = parser.procedures.keys();
-    names.sort();
-    QStringList bodies;
-    for (const QString &name : names)
-        bodies.append(name + u'=' + parser.procedures.value(name).join(u' '));
-    QCOMPARE(bodies.join(u';'), procedures);
-    QCOMPARE(parser.executableTokens.join(u'|'), executable);
-}
-
-// Eleven recipes, each calling the next ten times, the last drawing nothing: expanding every call
-// one by one would take 10^10 expansions.
-void TestLanguage::callChainThatDrawsNothingFinishes()
-{
-    const Outcome outcome = parseProgram(recipeChain(11, 10, QString()));
-    QVERIFY2(!outcome.failed, qPrintable(outcome.message));
-    QVERIFY(outcome.instructions.isEmpty());
-
-    // The same chain called from inside loops, one level left for them.
-    const Outcome looped = parseProgram(recipeChain(10, 10, QString()).chopped(2) + u"repeat 100 [ ra ra ] fd 1"_s);
-    QVERIFY2(!looped.failed, qPrintable(looped.message));
-    QCOMPARE(render(looped.instructions), u"forward 1"_s);
-}
+};
 
 QTEST_GUILESS_MAIN(TestLanguage)
 #include "tst_language.moc"

@@ -51,197 +51,179 @@ class TestTurtle : public QObject
     Q_OBJECT
 
 private slots:
-    void geometry_data();
-    void geometry();
-    void unknownInstructionDoesNothing();
-    void faultyProgramDrawsNothing();
-    void paletteNamesAndColours();
-    void paletteHues();
-    void strokeColorFallsBackToViolet();
-    void strokeRoundTrip();
-    void strokeFromJson_data();
-    void strokeFromJson();
+    void geometry_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QString>("strokes");
+        QTest::addColumn<QString>("point");
+        QTest::addColumn<double>("heading");
+        QTest::addColumn<bool>("pen");
+        for (const QStringList &row : goldenRows(QStringLiteral("geometry.txt"), 6)) {
+            QTest::newRow(qPrintable(row.at(0))) << row.at(1) << (row.at(2) == u"-" ? QString() : row.at(2)) << row.at(3)
+                                                 << row.at(4).toDouble() << (row.at(5) == u"true");
+        }
+    }
+
+    void geometry()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, strokes);
+        QFETCH(QString, point);
+        QFETCH(double, heading);
+        QFETCH(bool, pen);
+
+        Turtle turtle;
+        for (const Instruction &instruction : instructionsOf(program))
+            turtle.apply(instruction);
+        QCOMPARE(render(turtle.strokes), strokes);
+        QCOMPARE(::point(turtle.point), point);
+        QCOMPARE(turtle.heading, heading);
+        QCOMPARE(turtle.pen, pen);
+
+        // The same instructions from a fresh turtle, and the program simulated, draw the same.
+        QCOMPARE(render(drawing(instructionsOf(program))), strokes);
+        QCOMPARE(render(::simulate(program)), strokes);
+    }
+
+    void unknownInstructionDoesNothing()
+    {
+        Turtle turtle;
+        for (const Instruction &instruction : instructionsOf("color red width 9 right 30 forward 20"))
+            turtle.apply(instruction);
+        const Turtle before = turtle;
+
+        for (const QString &name : {QStringLiteral("jump"), QStringLiteral("fd"), QStringLiteral("repeat"), QString()})
+            turtle.apply(Instruction{name, 50, QStringLiteral("blue")});
+        QCOMPARE(turtle.strokes, before.strokes);
+        QCOMPARE(turtle.point, before.point);
+        QCOMPARE(turtle.heading, before.heading);
+        QCOMPARE(turtle.pen, before.pen);
+        QCOMPARE(turtle.color, before.color);
+        QCOMPARE(turtle.width, before.width);
+    }
+
+    // A program with a fault draws nothing, not even the strokes before the fault.
+    void faultyProgramDrawsNothing()
+    {
+        QVERIFY(::simulate("fd 100 jump").isEmpty());
+        QVERIFY(::simulate(QStringLiteral("fd 1 ").repeated(2001)).isEmpty());
+    }
+
+    void paletteNamesAndColours()
+    {
+        const QStringList names = palette().keys();
+        QCOMPARE(QSet<QString>(names.begin(), names.end()),
+                 QSet<QString>({"pink", "purple", "blue", "green", "orange", "yellow", "white", "black", "red"}));
+        // The palette and the language agree on the names a program can choose.
+        const QStringList colorNames = LogoParser::colorNames();
+        QCOMPARE(QSet<QString>(names.begin(), names.end()), QSet<QString>(colorNames.begin(), colorNames.end()));
+
+        // Nine names, nine different colours.
+        QSet<QRgb> colours;
+        for (const QColor &colour : palette())
+            colours.insert(colour.rgba());
+        QCOMPARE(colours.size(), 9);
+
+        // The named colours, two of them shared with the palette.
+        const QList<std::pair<QColor, std::array<double, 3>>> named{
+            {colors::ink, {0.13, 0.16, 0.25}},           {colors::violet, {0.42, 0.28, 0.88}},
+            {colors::mint, {0.78, 0.95, 0.86}},          {palette().value("black"), {0.13, 0.16, 0.25}},
+            {palette().value("purple"), {0.42, 0.28, 0.88}},
+        };
+        for (const auto &[colour, rgb] : named) {
+            QVERIFY(colour.isValid());
+            QVERIFY(std::abs(colour.redF() - rgb[0]) < 1e-3);
+            QVERIFY(std::abs(colour.greenF() - rgb[1]) < 1e-3);
+            QVERIFY(std::abs(colour.blueF() - rgb[2]) < 1e-3);
+            QCOMPARE(colour.alphaF(), 1.0);
+        }
+    }
+
+    // Each name must look like its colour: a clear, saturated hue.
+    void paletteHues()
+    {
+        // Hue windows in degrees; red wraps around 0.
+        const QList<std::tuple<QString, int, int>> windows{
+            {"red", -10, 12},   {"orange", 20, 45},  {"yellow", 46, 65}, {"green", 90, 160},
+            {"blue", 195, 245}, {"purple", 246, 290}, {"pink", 291, 354},
+        };
+        for (const auto &[name, minHue, maxHue] : windows) {
+            QVERIFY(palette().contains(name));
+            const QColor colour = palette().value(name).toHsv();
+            int hue = colour.hsvHue();
+            if (hue > 180 && minHue < 0)
+                hue -= 360;
+            QVERIFY2(hue >= minHue && hue <= maxHue, qPrintable(name + u' ' + QString::number(hue)));
+            QVERIFY2(colour.hsvSaturationF() >= 0.5, qPrintable(name + u' ' + QString::number(colour.hsvSaturationF())));
+            QCOMPARE(colour.alphaF(), 1.0);
+        }
+    }
+
+    // Palette names give their colour; anything else, even "RED" or a quoted name, falls back to violet.
+    void strokeColorFallsBackToViolet()
+    {
+        for (const QString &name : LogoParser::colorNames()) {
+            QVERIFY(palette().value(name).isValid());
+            QCOMPARE(strokeColor(name).rgba(), palette().value(name).rgba());
+        }
+        QCOMPARE(strokeColor("white").rgba(), QColor(Qt::white).rgba());
+        for (const char *name : {"teal", "RED", "\"red"})
+            QCOMPARE(strokeColor(name).rgba(), colors::violet.rgba());
+    }
+
+    void strokeRoundTrip()
+    {
+        const QList<Stroke> strokes{
+            {QPointF(1.5, -2.25), QPointF(7.0710678118654755, -7.0710678118654746), "pink", 2.5},
+            {QPointF(-10000, 10000), QPointF(1e-7, 123456.789), "black", 20.0},
+            {QPointF(3, 4), QPointF(5, 6), "teal", 1.0}, // an unknown colour is kept
+        };
+        for (const Stroke &stroke : strokes) {
+            const QJsonObject object = stroke.toJson();
+            QStringList keys = object.keys();
+            keys.sort();
+            QCOMPARE(keys, QStringList({"color", "from", "to", "width"}));
+            QCOMPARE(object.value("from").toArray(), QJsonArray({stroke.from.x(), stroke.from.y()}));
+            QCOMPARE(object.value("to").toArray(), QJsonArray({stroke.to.x(), stroke.to.y()}));
+            QCOMPARE(object.value("color"), QJsonValue(stroke.color));
+            QCOMPARE(object.value("width"), QJsonValue(stroke.width));
+
+            // Through the text form, as a saved creation keeps it.
+            const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
+            const std::optional<Stroke> decoded = Stroke::fromJson(QJsonDocument::fromJson(text).object());
+            QVERIFY2(decoded && *decoded == stroke, text.constData());
+        }
+    }
+
+    void strokeFromJson_data()
+    {
+        QTest::addColumn<QString>("json");
+        QTest::addColumn<QString>("stroke"); // empty when refused
+
+        QTest::newRow("integers, extra key ignored") << R"({"from":[0,0],"to":[1,-2],"color":"red","width":3,"note":true})"
+                                                     << "0,0>1,-2 red 3";
+        QTest::newRow("no from") << R"({"to":[1,2],"color":"red","width":3})" << QString();
+        QTest::newRow("no to") << R"({"from":[0,0],"color":"red","width":3})" << QString();
+        QTest::newRow("from as object") << R"({"from":{"x":0,"y":0},"to":[1,2],"color":"red","width":3})" << QString();
+        QTest::newRow("from with one number") << R"({"from":[0],"to":[1,2],"color":"red","width":3})" << QString();
+        QTest::newRow("from with text") << R"({"from":["0","0"],"to":[1,2],"color":"red","width":3})" << QString();
+        QTest::newRow("color as number") << R"({"from":[0,0],"to":[1,2],"color":5,"width":3})" << QString();
+        QTest::newRow("width as text") << R"({"from":[0,0],"to":[1,2],"color":"red","width":"3"})" << QString();
+    }
+
+    void strokeFromJson()
+    {
+        QFETCH(QString, json);
+        QFETCH(QString, stroke);
+        QJsonParseError error;
+        const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8(), &error);
+        QCOMPARE(error.error, QJsonParseError::NoError);
+        const std::optional<Stroke> decoded = Stroke::fromJson(document.object());
+        QCOMPARE(decoded.has_value(), !stroke.isEmpty());
+        if (decoded)
+            QCOMPARE(render(*decoded), stroke);
+    }
 };
-
-void TestTurtle::geometry_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QString>("strokes");
-    QTest::addColumn<QString>("point");
-    QTest::addColumn<double>("heading");
-    QTest::addColumn<bool>("pen");
-    for (const QStringList &row : goldenRows(QStringLiteral("geometry.txt"), 6)) {
-        QTest::newRow(qPrintable(row.at(0))) << row.at(1) << (row.at(2) == u"-" ? QString() : row.at(2)) << row.at(3)
-                                             << row.at(4).toDouble() << (row.at(5) == u"true");
-    }
-}
-
-void TestTurtle::geometry()
-{
-    QFETCH(QString, program);
-    QFETCH(QString, strokes);
-    QFETCH(QString, point);
-    QFETCH(double, heading);
-    QFETCH(bool, pen);
-
-    Turtle turtle;
-    for (const Instruction &instruction : instructionsOf(program))
-        turtle.apply(instruction);
-    QCOMPARE(render(turtle.strokes), strokes);
-    QCOMPARE(::point(turtle.point), point);
-    QCOMPARE(turtle.heading, heading);
-    QCOMPARE(turtle.pen, pen);
-
-    // The same instructions from a fresh turtle, and the program simulated, draw the same.
-    QCOMPARE(render(drawing(instructionsOf(program))), strokes);
-    QCOMPARE(render(::simulate(program)), strokes);
-}
-
-void TestTurtle::unknownInstructionDoesNothing()
-{
-    Turtle turtle;
-    for (const Instruction &instruction : instructionsOf("color red width 9 right 30 forward 20"))
-        turtle.apply(instruction);
-    const Turtle before = turtle;
-
-    for (const QString &name : {QStringLiteral("jump"), QStringLiteral("fd"), QStringLiteral("repeat"), QString()})
-        turtle.apply(Instruction{name, 50, QStringLiteral("blue")});
-    QCOMPARE(turtle.strokes, before.strokes);
-    QCOMPARE(turtle.point, before.point);
-    QCOMPARE(turtle.heading, before.heading);
-    QCOMPARE(turtle.pen, before.pen);
-    QCOMPARE(turtle.color, before.color);
-    QCOMPARE(turtle.width, before.width);
-}
-
-// A program with a fault draws nothing, not even the strokes before the fault.
-void TestTurtle::faultyProgramDrawsNothing()
-{
-    QVERIFY(::simulate("fd 100 jump").isEmpty());
-    QVERIFY(::simulate(QStringLiteral("fd 1 ").repeated(2001)).isEmpty());
-}
-
-void TestTurtle::paletteNamesAndColours()
-{
-    const QStringList names = palette().keys();
-    QCOMPARE(QSet<QString>(names.begin(), names.end()),
-             QSet<QString>({"pink", "purple", "blue", "green", "orange", "yellow", "white", "black", "red"}));
-    // The palette and the language agree on the names a program can choose.
-    const QStringList colorNames = LogoParser::colorNames();
-    QCOMPARE(QSet<QString>(names.begin(), names.end()), QSet<QString>(colorNames.begin(), colorNames.end()));
-
-    // Nine names, nine different colours.
-    QSet<QRgb> colours;
-    for (const QColor &colour : palette())
-        colours.insert(colour.rgba());
-    QCOMPARE(colours.size(), 9);
-
-    // The named colours, two of them shared with the palette.
-    const QList<std::pair<QColor, std::array<double, 3>>> named{
-        {colors::ink, {0.13, 0.16, 0.25}},           {colors::violet, {0.42, 0.28, 0.88}},
-        {colors::mint, {0.78, 0.95, 0.86}},          {palette().value("black"), {0.13, 0.16, 0.25}},
-        {palette().value("purple"), {0.42, 0.28, 0.88}},
-    };
-    for (const auto &[colour, rgb] : named) {
-        QVERIFY(colour.isValid());
-        QVERIFY(std::abs(colour.redF() - rgb[0]) < 1e-3);
-        QVERIFY(std::abs(colour.greenF() - rgb[1]) < 1e-3);
-        QVERIFY(std::abs(colour.blueF() - rgb[2]) < 1e-3);
-        QCOMPARE(colour.alphaF(), 1.0);
-    }
-}
-
-// Each name must look like its colour: a clear, saturated hue.
-void TestTurtle::paletteHues()
-{
-    // Hue windows in degrees; red wraps around 0.
-    const QList<std::tuple<QString, int, int>> windows{
-        {"red", -10, 12},   {"orange", 20, 45},  {"yellow", 46, 65}, {"green", 90, 160},
-        {"blue", 195, 245}, {"purple", 246, 290}, {"pink", 291, 354},
-    };
-    for (const auto &[name, minHue, maxHue] : windows) {
-        QVERIFY(palette().contains(name));
-        const QColor colour = palette().value(name).toHsv();
-        int hue = colour.hsvHue();
-        if (hue > 180 && minHue < 0)
-            hue -= 360;
-        QVERIFY2(hue >= minHue && hue <= maxHue, qPrintable(name + u' ' + QString::number(hue)));
-        QVERIFY2(colour.hsvSaturationF() >= 0.5, qPrintable(name + u' ' + QString::number(colour.hsvSaturationF())));
-        QCOMPARE(colour.alphaF(), 1.0);
-    }
-}
-
-// Palette names give their colour; anything else, even "RED" or a quoted name, falls back to violet.
-void TestTurtle::strokeColorFallsBackToViolet()
-{
-    for (const QString &name : LogoParser::colorNames()) {
-        QVERIFY(palette().value(name).isValid());
-        QCOMPARE(strokeColor(name).rgba(), palette().value(name).rgba());
-    }
-    QCOMPARE(strokeColor("white").rgba(), QColor(Qt::white).rgba());
-    for (const char *name : {"teal", "RED", "\"red"})
-        QCOMPARE(strokeColor(name).rgba(), colors::violet.rgba());
-}
-
-void TestTurtle::strokeRoundTrip()
-{
-    const QList<Stroke> strokes{
-        {QPointF(1.5, -2.25), QPointF(7.0710678118654755, -7.0710678118654746), "pink", 2.5},
-        {QPointF(-10000, 10000), QPointF(1e-7, 123456.789), "black", 20.0},
-        {QPointF(3, 4), QPointF(5, 6), "teal", 1.0}, // an unknown colour is kept
-    };
-    for (const Stroke &stroke : strokes) {
-        const QJsonObject object = stroke.toJson();
-        QStringList keys = object.keys();
-        keys.sort();
-        QCOMPARE(keys, QStringList({"color", "from", "to", "width"}));
-        QCOMPARE(object.value("from").toArray(), QJsonArray({stroke.from.x(), stroke.from.y()}));
-        QCOMPARE(object.value("to").toArray(), QJsonArray({stroke.to.x(), stroke.to.y()}));
-        QVERIFY(object.value("from").toArray().at(0).isDouble());
-        QCOMPARE(object.value("color"), QJsonValue(stroke.color));
-        QVERIFY(object.value("width").isDouble());
-        QCOMPARE(object.value("width").toDouble(), stroke.width);
-
-        // Through the text form, as a saved creation keeps it.
-        const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
-        const std::optional<Stroke> decoded = Stroke::fromJson(QJsonDocument::fromJson(text).object());
-        QVERIFY(decoded.has_value());
-        QCOMPARE(decoded->from, stroke.from);
-        QCOMPARE(decoded->to, stroke.to);
-        QCOMPARE(decoded->color, stroke.color);
-        QCOMPARE(decoded->width, stroke.width);
-        QVERIFY(*decoded == stroke);
-    }
-}
-
-void TestTurtle::strokeFromJson_data()
-{
-    QTest::addColumn<QString>("json");
-    QTest::addColumn<QString>("stroke"); // empty when refused
-
-    QTest::newRow("integers, extra key ignored") << R"({"from":[0,0],"to":[1,-2],"color":"red","width":3,"note":true})"
-                                                 << "0,0>1,-2 red 3";
-    QTest::newRow("no from") << R"({"to":[1,2],"color":"red","width":3})" << QString();
-    QTest::newRow("no to") << R"({"from":[0,0],"color":"red","width":3})" << QString();
-    QTest::newRow("from as object") << R"({"from":{"x":0,"y":0},"to":[1,2],"color":"red","width":3})" << QString();
-    QTest::newRow("from with one number") << R"({"from":[0],"to":[1,2],"color":"red","width":3})" << QString();
-    QTest::newRow("from with text") << R"({"from":["0","0"],"to":[1,2],"color":"red","width":3})" << QString();
-    QTest::newRow("color as number") << R"({"from":[0,0],"to":[1,2],"color":5,"width":3})" << QString();
-    QTest::newRow("width as text") << R"({"from":[0,0],"to":[1,2],"color":"red","width":"3"})" << QString();
-}
-
-void TestTurtle::strokeFromJson()
-{
-    QFETCH(QString, json);
-    QFETCH(QString, stroke);
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8(), &error);
-    QCOMPARE(error.error, QJsonParseError::NoError);
-    const std::optional<Stroke> decoded = Stroke::fromJson(document.object());
-    QCOMPARE(decoded.has_value(), !stroke.isEmpty());
-    if (decoded)
-        QCOMPARE(render(*decoded), stroke);
-}
 
 QTEST_GUILESS_MAIN(TestTurtle)
 #include "tst_turtle.moc"

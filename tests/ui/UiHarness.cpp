@@ -231,6 +231,11 @@ bool UiHarness::click(const QString &name, Require require)
     return clickAt(target, QPointF(target->width() / 2, target->height() / 2), name, require);
 }
 
+bool UiHarness::clickForSheet(const QString &button, const QString &sheet, bool open)
+{
+    return click(button) && waitForSheet(sheet, open);
+}
+
 bool UiHarness::chooseSpeed(bool fastest)
 {
     QQuickItem *slider = item(QStringLiteral("speedSlider"));

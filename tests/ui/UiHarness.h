@@ -58,6 +58,8 @@ public:
     enum class Require { Enabled, Anything };
     // A left click at the item's centre, scrolled into view first.
     [[nodiscard]] bool click(const QString &name, Require require = Require::Enabled);
+    // Clicks the button, then waits for the sheet to open (or, with open false, to close).
+    [[nodiscard]] bool clickForSheet(const QString &button, const QString &sheet, bool open = true);
     // Clicks the speed slider at its fast (right) or slow (left) end.
     [[nodiscard]] bool chooseSpeed(bool fastest);
     // Types into the focused item; a line feed is the Return key.

@@ -36,8 +36,7 @@ private slots:
         UI(ui->click(QStringLiteral("welcomeForwardButton")));
         UI(ui->click(QStringLiteral("pickerCard_2")));
         UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), false));
+        UI(ui->clickForSheet(QStringLiteral("welcomeForwardButton"), QStringLiteral("welcomeSheet"), false));
         QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Ada and Orbit. Let’s make something!"));
         UI(ui->chooseSpeed(true));
 
@@ -58,20 +57,17 @@ private slots:
                          QStringLiteral("New canvas unlocked: ") + themes().at(badges / 6).name + u'!');
             QCOMPARE(ui->text(QStringLiteral("nextAdventureButton")),
                      badges == 30 ? QStringLiteral("Explore free play") : QStringLiteral("Next adventure"));
-            UI(ui->click(QStringLiteral("nextAdventureButton")));
-            UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), false));
+            UI(ui->clickForSheet(QStringLiteral("nextAdventureButton"), QStringLiteral("celebrationSheet"), false));
         }
         QVERIFY(ui->studio().free());
         QCOMPARE(ui->text(QStringLiteral("rank")), QStringLiteral("Marble Cove Master"));
 
         // A creation kept in the gallery, and a picture exported.
         UI(typeAndRun(QStringLiteral("color pink\nrepeat 36 [\n  forward 120\n  right 170\n]\n")));
-        UI(ui->click(QStringLiteral("saveCreationButton")));
-        UI(ui->waitForSheet(QStringLiteral("savingSheet"), true));
+        UI(ui->clickForSheet(QStringLiteral("saveCreationButton"), QStringLiteral("savingSheet")));
         QCOMPARE(ui->property(QStringLiteral("titleField"), "text").toString(), QStringLiteral("My masterpiece"));
         UI(ui->replaceText(QStringLiteral("titleField"), QStringLiteral("Pink star")));
-        UI(ui->click(QStringLiteral("saveToGalleryButton")));
-        UI(ui->waitForSheet(QStringLiteral("savingSheet"), false));
+        UI(ui->clickForSheet(QStringLiteral("saveToGalleryButton"), QStringLiteral("savingSheet"), false));
         QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("‘Pink star’ is safe in your gallery."));
 
         QTemporaryDir pictures;
@@ -99,18 +95,15 @@ private slots:
         QCOMPARE(ui->studio().turtleName(), QStringLiteral("Orbit"));
         QCOMPARE(ui->studio().creations().size(), 1);
         QCOMPARE(ui->studio().creations().first().title, QStringLiteral("Pink star"));
-        UI(ui->click(QStringLiteral("galleryButton")));
-        UI(ui->waitForSheet(QStringLiteral("gallerySheet"), true));
+        UI(ui->clickForSheet(QStringLiteral("galleryButton"), QStringLiteral("gallerySheet")));
         ui->key(Qt::Key_Escape);
         UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
 
         // Starting over.
-        UI(ui->click(QStringLiteral("profileButton")));
-        UI(ui->waitForSheet(QStringLiteral("playerSettingsSheet"), true));
+        UI(ui->clickForSheet(QStringLiteral("profileButton"), QStringLiteral("playerSettingsSheet")));
         UI(ui->click(QStringLiteral("startOverButton")));
         UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("eraseGameButton")); }, QStringLiteral("the erase alert")));
-        UI(ui->click(QStringLiteral("eraseGameButton")));
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
+        UI(ui->clickForSheet(QStringLiteral("eraseGameButton"), QStringLiteral("welcomeSheet")));
         QCOMPARE(ui->studio().badges(), 0);
         QVERIFY(ui->studio().creations().isEmpty());
         QVERIFY(ui->store().keys().isEmpty());

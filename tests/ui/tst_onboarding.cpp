@@ -57,8 +57,7 @@ private slots:
         QVERIFY(ui->studio().strokes().isEmpty());
 
         QCOMPARE(ui->text(u"welcomeForwardButton"_s), u"Let’s explore!"_s);
-        UI(ui->click(u"welcomeForwardButton"_s));
-        UI(ui->waitForSheet(u"welcomeSheet"_s, false));
+        UI(ui->clickForSheet(u"welcomeForwardButton"_s, u"welcomeSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 0);
         QCOMPARE(ui->studio().playerName(), u"Noor"_s);
         QCOMPARE(ui->studio().turtleName(), u"Pip"_s);
@@ -69,19 +68,16 @@ private slots:
     {
         UI(startReturning({0, 1, 2}));
         ui->studio().select(2);
-        UI(ui->click(u"welcomeGuideButton"_s));
-        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        UI(ui->clickForSheet(u"welcomeGuideButton"_s, u"welcomeSheet"_s));
         QCOMPARE(welcomePage(), u"1 of 4"_s);
         QVERIFY(ui->isShown(u"closeTourButton"_s));
         for (int page = 0; page < 3; ++page)
             UI(ui->click(u"welcomeForwardButton"_s));
         QCOMPARE(ui->text(u"welcomeForwardButton"_s), u"Back to my studio"_s);
-        UI(ui->click(u"closeTourButton"_s));
-        UI(ui->waitForSheet(u"welcomeSheet"_s, false));
+        UI(ui->clickForSheet(u"closeTourButton"_s, u"welcomeSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 2);
 
-        UI(ui->click(u"welcomeGuideButton"_s));
-        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        UI(ui->clickForSheet(u"welcomeGuideButton"_s, u"welcomeSheet"_s));
         QCOMPARE(welcomePage(), u"1 of 4"_s); // every opening starts over
         ui->key(Qt::Key_Escape);
         UI(ui->waitForSheet(u"welcomeSheet"_s, false));
@@ -101,13 +97,11 @@ private slots:
         QFETCH(int, badges);
         QFETCH(bool, choosable);
         UI(startReturning(range(0, badges)));
-        UI(ui->click(u"companionEditButton"_s));
-        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"companionEditButton"_s, u"companionSettingsSheet"_s));
         QCOMPARE(ui->isEnabled(u"pickerCard_3"_s), choosable);
         QCOMPARE(ui->text(u"pickerStatus_3"_s), choosable ? u"Choose me"_s : u"3 badges"_s);
         UI(ui->click(u"pickerCard_3"_s, UiHarness::Require::Anything));
-        UI(ui->click(u"saveCompanionButton"_s));
-        UI(ui->waitForSheet(u"companionSettingsSheet"_s, false));
+        UI(ui->clickForSheet(u"saveCompanionButton"_s, u"companionSettingsSheet"_s, false));
         QCOMPARE(ui->studio().turtle(), choosable ? 3 : 0);
         QCOMPARE(ui->studio().message(),
                  (choosable ? u"Your Majesty"_s : u"Clover"_s) + u" is ready for your next idea."_s);
@@ -117,21 +111,18 @@ private slots:
     {
         UI(startReturning());
         QVERIFY(ui->studio().saveCompanion(1, u"Sunny"_s));
-        UI(ui->click(u"companionEditButton"_s));
-        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"companionEditButton"_s, u"companionSettingsSheet"_s));
         QCOMPARE(ui->text(u"pickerStatus_1"_s), u"Your sidekick"_s);
         QCOMPARE(ui->property(u"nicknameField"_s, "text").toString(), u"Sunny"_s);
         UI(ui->click(u"pickerCard_2"_s));
         UI(ui->replaceText(u"nicknameField"_s, u"Comet"_s));
-        UI(ui->click(u"cancelCompanionButton"_s));
-        UI(ui->waitForSheet(u"companionSettingsSheet"_s, false));
+        UI(ui->clickForSheet(u"cancelCompanionButton"_s, u"companionSettingsSheet"_s, false));
         QCOMPARE(ui->studio().turtle(), 1);
         QCOMPARE(ui->studio().turtleName(), u"Sunny"_s);
         QCOMPARE(ui->store().stringDictionary(u"turtleNames"_s),
                  (QMap<QString, QString>{{u"1"_s, u"Sunny"_s}}));
 
-        UI(ui->click(u"companionEditButton"_s));
-        UI(ui->waitForSheet(u"companionSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"companionEditButton"_s, u"companionSettingsSheet"_s));
         QCOMPARE(ui->property(u"nicknameField"_s, "text").toString(), u"Sunny"_s);
     }
 
@@ -140,16 +131,14 @@ private slots:
         ui->store().setString(u"code0"_s, u"forward 7"_s);
         UI(startReturning({0, 1}));
         // A click outside closes the sheet and erases nothing.
-        UI(ui->click(u"profileButton"_s));
-        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"profileButton"_s, u"playerSettingsSheet"_s));
         UI(ui->click(u"experience"_s, UiHarness::Require::Anything));
         UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
         QTest::qWait(50);
         QCOMPARE(ui->store().string(u"code0"_s), u"forward 7"_s);
         QVERIFY(!ui->studio().welcome());
 
-        UI(ui->click(u"profileButton"_s));
-        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"profileButton"_s, u"playerSettingsSheet"_s));
         QCOMPARE(ui->property(u"playerNameField"_s, "text").toString(), u"Ada"_s);
         UI(ui->click(u"startOverButton"_s));
         UI(ui->waitFor([&] { return ui->isShown(u"keepGameButton"_s); }, u"the erase alert"_s));
@@ -160,8 +149,7 @@ private slots:
         QVERIFY(!ui->studio().resetAfterProfileDismissal());
 
         UI(ui->replaceText(u"playerNameField"_s, u"  Ada Lovelace the Countess of "_s));
-        UI(ui->click(u"saveNameButton"_s));
-        UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
+        UI(ui->clickForSheet(u"saveNameButton"_s, u"playerSettingsSheet"_s, false));
         QCOMPARE(ui->studio().playerName(), u"Ada Lovelace the Count"_s); // cut to 24 while typing, then trimmed
         QCOMPARE(ui->studio().badges(), 2);
     }
@@ -169,8 +157,7 @@ private slots:
     void erasingWaitsForTheSheetToClose()
     {
         UI(startReturning({0, 1}));
-        UI(ui->click(u"profileButton"_s));
-        UI(ui->waitForSheet(u"playerSettingsSheet"_s, true));
+        UI(ui->clickForSheet(u"profileButton"_s, u"playerSettingsSheet"_s));
         UI(ui->click(u"startOverButton"_s));
         UI(ui->waitFor([&] { return ui->isShown(u"eraseGameButton"_s); }, u"the erase alert"_s));
 
@@ -181,8 +168,7 @@ private slots:
             ++erases;
             sheetOpenDuringErase = sheetOpenDuringErase || ui->isSheetOpen(u"playerSettingsSheet"_s);
         });
-        UI(ui->click(u"eraseGameButton"_s));
-        UI(ui->waitForSheet(u"playerSettingsSheet"_s, false));
+        UI(ui->clickForSheet(u"eraseGameButton"_s, u"playerSettingsSheet"_s, false));
         UI(ui->waitFor([&] { return ui->studio().badges() == 0; }, u"the erase"_s));
         UI(ui->waitForSheet(u"welcomeSheet"_s, true));
         QCOMPARE(erases, 1);

@@ -50,11 +50,6 @@ class SideScreensTest : public UiTest
 {
     Q_OBJECT
 
-    bool openSheet(const QString &button, const QString &sheet)
-    {
-        return ui->click(button) && ui->waitForSheet(sheet, true);
-    }
-
     QString mark(int canvas) const
     {
         return ui->property(u"canvasMark_%1"_s.arg(canvas), "name").toString();
@@ -81,7 +76,7 @@ private slots:
         QFETCH(int, world);
         QFETCH(int, expected);
         UI(startReturning(completed));
-        UI(openSheet(u"mapButton"_s, u"mapSheet"_s));
+        UI(ui->clickForSheet(u"mapButton"_s, u"mapSheet"_s));
 
         const QString explore = u"exploreButton_%1"_s.arg(world);
         QCOMPARE(ui->text(explore), u"Explore"_s);
@@ -99,7 +94,7 @@ private slots:
         UI(startReturning(range(0, 11) << 12));
         UI(ui->click(u"mission_3"_s));
         const QString code = ui->studio().code();
-        UI(openSheet(u"mapButton"_s, u"mapSheet"_s));
+        UI(ui->clickForSheet(u"mapButton"_s, u"mapSheet"_s));
 
         QCOMPARE(ui->text(u"exploreButton_2"_s), u"Locked"_s);
         QVERIFY(!ui->isEnabled(u"exploreButton_2"_s));
@@ -112,8 +107,7 @@ private slots:
         QVERIFY(ui->isSheetOpen(u"mapSheet"_s));
 
         // Done leaves the mission and the code as they were.
-        UI(ui->click(u"mapDoneButton"_s));
-        UI(ui->waitForSheet(u"mapSheet"_s, false));
+        UI(ui->clickForSheet(u"mapDoneButton"_s, u"mapSheet"_s, false));
         QCOMPARE(ui->studio().mission(), 3);
         QCOMPARE(ui->studio().code(), code);
     }
@@ -138,7 +132,7 @@ private slots:
         QFETCH(QString, summary);
         QFETCH(QString, royal);
         UI(startReturning(completed));
-        UI(openSheet(u"treasuresButton"_s, u"collectionSheet"_s));
+        UI(ui->clickForSheet(u"treasuresButton"_s, u"collectionSheet"_s));
 
         QCOMPARE(ui->text(u"treasuresTitle"_s), u"Ada\u2019s treasure shelf"_s);
         QCOMPARE(ui->text(u"treasureSummary"_s), summary);
@@ -157,7 +151,7 @@ private slots:
     void choosingCanvas()
     {
         UI(startReturning(range(0, 6)));
-        UI(openSheet(u"treasuresButton"_s, u"collectionSheet"_s));
+        UI(ui->clickForSheet(u"treasuresButton"_s, u"collectionSheet"_s));
         QCOMPARE(mark(0), u"checkmark.seal.fill"_s);
         QCOMPARE(ui->text(u"canvasState_1"_s), u"Use this canvas"_s);
         QCOMPARE(ui->text(u"canvasState_2"_s), u"Unlock at 12 badges"_s);
@@ -182,8 +176,7 @@ private slots:
         QCOMPARE(ui->store().integer(u"theme"_s), 0);
         QCOMPARE(background(u"canvas"_s), canvasColour(0));
 
-        UI(ui->click(u"treasuresDoneButton"_s));
-        UI(ui->waitForSheet(u"collectionSheet"_s, false));
+        UI(ui->clickForSheet(u"treasuresDoneButton"_s, u"collectionSheet"_s, false));
         QVERIFY(!ui->studio().collection());
     }
 
@@ -192,14 +185,13 @@ private slots:
     void emptyGallery()
     {
         UI(startReturning());
-        UI(openSheet(u"galleryButton"_s, u"gallerySheet"_s));
+        UI(ui->clickForSheet(u"galleryButton"_s, u"gallerySheet"_s));
         QCOMPARE(ui->text(u"galleryTitle"_s), u"Made by Ada"_s);
         QVERIFY(ui->isShown(u"galleryEmptyState"_s));
         QVERIFY(!ui->isShown(u"creationGrid"_s));
         QVERIFY(!ui->find(u"creationCard_0"_s));
 
-        UI(ui->click(u"goToStudioButton"_s));
-        UI(ui->waitForSheet(u"gallerySheet"_s, false));
+        UI(ui->clickForSheet(u"goToStudioButton"_s, u"gallerySheet"_s, false));
         QVERIFY(!ui->studio().gallery());
     }
 
@@ -210,7 +202,7 @@ private slots:
         const QList<Stroke> square{line({0, 0}, {0, -300}), line({0, -300}, {300, -300}, u"pink"_s)};
         UI(startReturning({}, encodeCreations({creation(u"Newest"_s, 2, square, 2, code), creation(u"Middle"_s, 99),
                                                 creation(u"Oldest"_s, -4)})));
-        UI(openSheet(u"galleryButton"_s, u"gallerySheet"_s));
+        UI(ui->clickForSheet(u"galleryButton"_s, u"gallerySheet"_s));
         QVERIFY(QQuickTest::qWaitForPolish(ui->window())); // the grid places its cards only then
         QVERIFY(!ui->isShown(u"galleryEmptyState"_s));
 
@@ -241,8 +233,7 @@ private slots:
         QCOMPARE(background(thumbnail.arg(1)), themes().last().color);
         QCOMPARE(background(thumbnail.arg(2)), themes().first().color);
 
-        UI(ui->click(u"creationCard_0"_s));
-        UI(ui->waitForSheet(u"gallerySheet"_s, false));
+        UI(ui->clickForSheet(u"creationCard_0"_s, u"gallerySheet"_s, false));
         QVERIFY(ui->studio().free());
         QCOMPARE(ui->studio().code(), code);
         QCOMPARE(ui->studio().turtle(), 2);
@@ -260,7 +251,7 @@ private slots:
         for (int i = 0; i < 300; ++i)
             many.append(creation(u"Drawing %1"_s.arg(i), i % 6, {line({0, 0}, {double(i), -100})}));
         UI(startReturning({}, encodeCreations(many)));
-        UI(openSheet(u"galleryButton"_s, u"gallerySheet"_s));
+        UI(ui->clickForSheet(u"galleryButton"_s, u"gallerySheet"_s));
         QVERIFY(QQuickTest::qWaitForPolish(ui->window()));
 
         QQuickItem *grid = ui->item(u"creationGrid"_s);
@@ -310,8 +301,7 @@ private slots:
         QVERIFY2(built() < 20, qPrintable(QString::number(built())));
 
         // The card reached opens its own creation, not one of those built first.
-        UI(ui->click(u"creationCard_299"_s));
-        UI(ui->waitForSheet(u"gallerySheet"_s, false));
+        UI(ui->clickForSheet(u"creationCard_299"_s, u"gallerySheet"_s, false));
         QCOMPARE(ui->studio().theme(), 299 % 6);
         QCOMPARE(ui->studio().message(), u"Opened \u2018Drawing 299\u2019. Remix it and save a new copy."_s);
     }
@@ -338,7 +328,7 @@ private slots:
         UI(startReturning());
         for (const auto &[before, entry] : {std::pair(u"forward 50"_s, 13), std::pair(u"right 45\n"_s, 6)}) {
             ui->studio().setCode(before);
-            UI(openSheet(u"handbookSidebarButton"_s, u"guideSheet"_s));
+            UI(ui->clickForSheet(u"handbookSidebarButton"_s, u"guideSheet"_s));
             for (int i = 0; i < examples.size(); ++i)
                 QCOMPARE(ui->text(u"guideExample_%1"_s.arg(i)), examples.at(i));
             UI(ui->click(u"guideEntry_%1"_s.arg(entry)));
@@ -380,8 +370,7 @@ private slots:
         QVERIFY(ui->studio().running());
         QVERIFY(ui->isSheetOpen(u"guideSheet"_s));
 
-        UI(ui->click(u"guideDoneButton"_s));
-        UI(ui->waitForSheet(u"guideSheet"_s, false));
+        UI(ui->clickForSheet(u"guideDoneButton"_s, u"guideSheet"_s, false));
         QCOMPARE(ui->studio().code(), code);
         ui->studio().stop();
     }

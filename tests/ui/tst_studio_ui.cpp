@@ -117,15 +117,13 @@ private slots:
         ui->studio().select(mission); // arranged: the sidebar's own clicks are tested below
         UI(ui->chooseSpeed(true));
         UI(ui->replaceText(u"codeEditor"_s, missions().at(mission).solution));
-        UI(ui->click(u"runButton"_s));
-        UI(ui->waitForSheet(u"celebrationSheet"_s, true));
+        UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
         QCOMPARE(ui->text(u"celebrationHeadline"_s), headline);
         QCOMPARE(ui->text(u"nextAdventureButton"_s), u"Next adventure"_s);
         QCOMPARE(ui->text(u"experience"_s), experienceAfter);
         QCOMPARE(ui->text(u"badgeCapsule"_s), u"\u2713 Earned"_s);
 
-        UI(ui->click(u"nextAdventureButton"_s));
-        UI(ui->waitForSheet(u"celebrationSheet"_s, false));
+        UI(ui->clickForSheet(u"nextAdventureButton"_s, u"celebrationSheet"_s, false));
         QCOMPARE(ui->text(u"bannerKicker"_s), kickerAfter);
         QCOMPARE(ui->studio().mission(), mission + 1);
         QCOMPARE(ui->text(u"codeEditor"_s), missions().at(mission + 1).starter);
@@ -314,13 +312,11 @@ private slots:
 
         UI(ui->chooseSpeed(true));
         UI(ui->replaceText(u"codeEditor"_s, missions().at(mission).solution));
-        UI(ui->click(u"runButton"_s));
-        UI(ui->waitForSheet(u"celebrationSheet"_s, true));
+        UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
         QCOMPARE(ui->text(line), text);
         QVERIFY(ui->isShown(line));
         QVERIFY(!ui->isShown(royal ? u"canvasLine"_s : u"royalLine"_s));
-        UI(ui->click(u"keepExploringButton"_s));
-        UI(ui->waitForSheet(u"celebrationSheet"_s, false));
+        UI(ui->clickForSheet(u"keepExploringButton"_s, u"celebrationSheet"_s, false));
         QCOMPARE(ui->studio().mission(), mission); // keep exploring stays put
         QCOMPARE(ui->studio().code(), missions().at(mission).solution);
 
@@ -474,8 +470,7 @@ private slots:
                                                         {u"mapButton"_s, u"mapSheet"_s},
                                                         {u"handbookButton"_s, u"guideSheet"_s}};
         for (const auto &[button, sheet] : sheets) {
-            UI(ui->click(button));
-            UI(ui->waitForSheet(sheet, true));
+            UI(ui->clickForSheet(button, sheet));
             QSignalSpy runs(&ui->studio(), &Studio::runningChanged);
             ui->key(Qt::Key_Return, Qt::ControlModifier);
             QVERIFY2(runs.isEmpty(), qPrintable(sheet));
@@ -500,14 +495,12 @@ private slots:
         QVERIFY(runToEnd());
 
         for (const QString &typed : {u"Half done"_s, u"   "_s}) {
-            UI(ui->click(u"saveCreationButton"_s));
-            UI(ui->waitForSheet(u"savingSheet"_s, true));
+            UI(ui->clickForSheet(u"saveCreationButton"_s, u"savingSheet"_s));
             QCOMPARE(ui->text(u"titleField"_s), u"Baby steps"_s);
             UI(ui->replaceText(u"titleField"_s, typed));
             if (typed.trimmed().isEmpty())
                 break;
-            UI(ui->click(u"cancelSaveButton"_s));
-            UI(ui->waitForSheet(u"savingSheet"_s, false));
+            UI(ui->clickForSheet(u"cancelSaveButton"_s, u"savingSheet"_s, false));
             QCOMPARE(ui->studio().creationTitle(), typed);
             QVERIFY(ui->studio().creations().isEmpty());
         }
