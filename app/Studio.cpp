@@ -145,13 +145,6 @@ void Studio::setPlayerSettings(bool shown) { assign(this, m_playerSettings, show
 void Studio::setWelcome(bool shown) { assign(this, m_welcome, shown, &Studio::welcomeChanged); }
 void Studio::setCompanionSettings(bool shown) { assign(this, m_companionSettings, shown, &Studio::companionSettingsChanged); }
 void Studio::setMessage(const QString &message) { assign(this, m_message, message, &Studio::messageChanged); }
-void Studio::setCreations(const QList<Creation> &creations)
-{
-    m_creations = creations;
-    m_creationsData.clear();
-    emit creationsChanged();
-}
-
 void Studio::setHint(int hint) { assign(this, m_hint, hint, &Studio::hintChanged); }
 void Studio::setFree(bool free) { assign(this, m_free, free, &Studio::freeChanged); }
 void Studio::setCelebration(bool shown) { assign(this, m_celebration, shown, &Studio::celebrationChanged); }

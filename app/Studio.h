@@ -1,6 +1,7 @@
 #pragma once
 
 #include "gallery/Creation.h"
+#include "gallery/StoredGallery.h"
 #include "language/Instruction.h"
 #include "turtle/Stroke.h"
 #include "turtle/Turtle.h"
@@ -128,7 +129,10 @@ public:
     void setGuide(bool shown);
     bool map() const { return m_map; }
     void setMap(bool shown);
-    const QList<Creation> &creations() const { return m_creations; }
+    // Read from the store and decoded when first asked for, unless decoded ahead.
+    const QList<Creation> &creations() const;
+    // Starts decoding the stored gallery on a worker thread, so that opening it does not wait.
+    Q_INVOKABLE void decodeCreationsAhead();
     const QString &creationTitle() const { return m_creationTitle; }
     void setCreationTitle(const QString &title);
     bool showTarget() const { return m_showTarget; }
@@ -262,7 +266,6 @@ private:
     void setPlayerName(const QString &name);
     void setHasCompletedWelcome(bool done);
     void setTurtleNames(const QMap<QString, QString> &names);
-    void setCreations(const QList<Creation> &creations);
     void setHint(int hint);
     void setFree(bool free);
     void setFreshReward(bool fresh);
@@ -311,9 +314,8 @@ private:
     bool m_saving = false;
     bool m_guide = false;
     bool m_map = false;
-    QList<Creation> m_creations;
-    // m_creations as stored, kept once known so a save encodes only the new creation.
-    QByteArray m_creationsData;
+    // `creations` with its stored bytes, so a save encodes only the new creation.
+    mutable StoredGallery m_creations;
     QString m_creationTitle;
     bool m_showTarget = false;
     double m_speed = defaultSpeed;

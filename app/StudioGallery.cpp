@@ -10,7 +10,31 @@ namespace {
 
 constexpr int maxTitleLength = 80;
 
+const QString creationsKey = QStringLiteral("creations");
+
+// Equal stored values; the same bytes shared with the store cost no comparison.
+bool sameBytes(const std::optional<QByteArray> &a, const std::optional<QByteArray> &b)
+{
+    if (!a || !b)
+        return !a && !b;
+    return (a->constData() == b->constData() && a->size() == b->size()) || *a == *b;
+}
+
 } // namespace
+
+const QList<Creation> &Studio::creations() const
+{
+    if (!m_creations.isKnown())
+        m_creations.setStored(m_defaults.data(creationsKey));
+    return m_creations.creations();
+}
+
+void Studio::decodeCreationsAhead()
+{
+    if (!m_creations.isKnown())
+        m_creations.setStored(m_defaults.data(creationsKey));
+    m_creations.decodeAhead();
+}
 
 void Studio::saveCreation()
 {
@@ -29,17 +53,35 @@ void Studio::saveCreation()
     creation.theme = m_theme;
     creation.strokes = m_drawing.strokes;
 
-    QList<Creation> creations{creation};
-    creations.append(m_creations);
-    if (m_creationsData.isEmpty())
-        m_creationsData = encodeCreations(m_creations);
-    const QByteArray data = prependCreation(creation, m_creationsData);
-    if (!m_defaults.setData(QStringLiteral("creations"), data)) {
+    // The stored list is read again inside the write, so a creation another window saved in
+    // the meantime is kept. When it is still the list this window knows, the new creation is
+    // put in front of its bytes; otherwise the two lists are merged by id.
+    QByteArray written;
+    QList<Creation> saved;
+    const bool stored = m_defaults.update(creationsKey, [&](const QVariant &value) -> std::optional<QVariant> {
+        const std::optional<QByteArray> bytes = PreferencesStore::asData(value);
+        if (!m_creations.isKnown())
+            m_creations.setStored(bytes);
+        const bool unchanged = sameBytes(bytes, m_creations.bytes());
+        std::optional<QList<Creation>> theirs;
+        if (!unchanged)
+            theirs = bytes ? decodeCreations(*bytes) : QList<Creation>();
+        else if (m_creations.isReadable())
+            theirs = m_creations.creations();
+        // An unreadable list is kept beside the store before the write replaces it.
+        if (!theirs && !m_defaults.keepUnreadable(creationsKey, *bytes))
+            return std::nullopt;
+        saved = mergeCreations(creation, theirs.value_or(QList<Creation>()), m_creations.creations());
+        written = unchanged && theirs ? prependCreation(creation, bytes.value_or(QByteArray("[]")))
+                                      : encodeCreations(saved);
+        return written;
+    });
+    if (!stored || written.isEmpty()) {
         setMessage(QStringLiteral("I couldn't save this drawing. Please try again."));
         return;
     }
-    setCreations(creations);
-    m_creationsData = data;
+    m_creations.setWritten(written, saved);
+    emit creationsChanged();
     setSaving(false);
     setMessage(QStringLiteral("‘") + creation.title + QStringLiteral("’ is safe in your gallery."));
 }

@@ -48,10 +48,17 @@ bool Studio::saveCompanion(int index, const QString &name)
     const QString cleaned = cleanName(name);
     if (!isTurtleUnlocked(index) || cleaned.isEmpty())
         return false;
+    // Only this companion's entry changes; names another window gave since start-up are kept.
     QMap<QString, QString> names = m_turtleNames;
-    names.insert(QString::number(index), cleaned);
+    m_defaults.update(QStringLiteral("turtleNames"), [&](const QVariant &stored) -> std::optional<QVariant> {
+        if (const auto theirs = PreferencesStore::asStringDictionary(stored)) {
+            for (auto it = theirs->cbegin(); it != theirs->cend(); ++it)
+                names.insert(it.key(), it.value());
+        }
+        names.insert(QString::number(index), cleaned);
+        return PreferencesStore::stringDictionaryValue(names);
+    });
     setTurtleNames(names);
-    m_defaults.setStringDictionary(QStringLiteral("turtleNames"), m_turtleNames);
     setTurtle(index);
     setMessage(turtleName() + QStringLiteral(" is ready for your next idea."));
     return true;

@@ -6,6 +6,8 @@
 #include "curriculum/Themes.h"
 #include "profile/PreferencesStore.h"
 
+#include <algorithm>
+
 namespace {
 
 const QString freeStarter = QStringLiteral("; Dream it. Draw it.\n");
@@ -46,10 +48,18 @@ void Studio::finish()
         const bool fresh = !m_completed.contains(m_mission);
         QSet<int> completed = m_completed;
         completed.insert(m_mission);
+        // Badges another window earned since start-up are kept, here and in the store.
+        m_defaults.update(QStringLiteral("completed"), [&](const QVariant &stored) -> std::optional<QVariant> {
+            for (const qint64 index : PreferencesStore::asIntegerArray(stored).value_or(QList<qint64>())) {
+                if (index >= 0 && index < missions().size())
+                    completed.insert(int(index));
+            }
+            QList<qint64> ordered(completed.cbegin(), completed.cend());
+            std::sort(ordered.begin(), ordered.end());
+            return PreferencesStore::integerArrayValue(ordered);
+        });
         setFreshReward(fresh);
         setCompleted(completed);
-        const QList<int> ordered = completedInOrder();
-        m_defaults.setIntegerArray(QStringLiteral("completed"), QList<qint64>(ordered.cbegin(), ordered.cend()));
         setMessage(fresh ? QStringLiteral("You did it! A new badge for your collection.")
                          : QStringLiteral("Beautiful! You nailed this mission again."));
         setCelebration(true);

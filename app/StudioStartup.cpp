@@ -2,7 +2,6 @@
 
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
-#include "gallery/CreationCodec.h"
 #include "profile/CompanionPictures.h"
 #include "profile/NameRules.h"
 #include "profile/PreferencesStore.h"
@@ -57,10 +56,7 @@ void Studio::startUp(bool loadAssets)
     if (themes().at(m_theme).unlock > badges())
         setTheme(0);
 
-    if (const auto data = m_defaults.data(creationsKey)) {
-        if (auto creations = decodeCreations(*data))
-            setCreations(*creations);
-    }
+    // The gallery is read and decoded when it is first needed, not before the window shows.
 
     if (loadAssets)
         loadCompanionPictures();
@@ -85,7 +81,8 @@ void Studio::resetGame()
     setFree(false);
     setCode(missions().first().starter);
     setCompleted({});
-    setCreations({});
+    m_creations.setStored(std::nullopt);
+    emit creationsChanged();
     setCreationTitle(QString());
     setPlayerName(QString());
     setTurtleNames({});

@@ -28,7 +28,11 @@ PreferencesStore::~PreferencesStore() = default;
 
 std::optional<QList<qint64>> PreferencesStore::integerArray(const QString &key) const
 {
-    const QVariant v = value(key);
+    return asIntegerArray(value(key));
+}
+
+std::optional<QList<qint64>> PreferencesStore::asIntegerArray(const QVariant &v)
+{
     if (v.typeId() != QMetaType::QVariantList)
         return std::nullopt;
     const QVariantList elements = v.toList();
@@ -45,7 +49,11 @@ std::optional<QList<qint64>> PreferencesStore::integerArray(const QString &key) 
 
 std::optional<QMap<QString, QString>> PreferencesStore::stringDictionary(const QString &key) const
 {
-    const QVariant v = value(key);
+    return asStringDictionary(value(key));
+}
+
+std::optional<QMap<QString, QString>> PreferencesStore::asStringDictionary(const QVariant &v)
+{
     if (v.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
     const QVariantMap entries = v.toMap();
@@ -79,7 +87,11 @@ bool PreferencesStore::boolean(const QString &key) const
 
 std::optional<QByteArray> PreferencesStore::data(const QString &key) const
 {
-    const QVariant v = value(key);
+    return asData(value(key));
+}
+
+std::optional<QByteArray> PreferencesStore::asData(const QVariant &v)
+{
     if (v.typeId() != QMetaType::QByteArray)
         return std::nullopt;
     return v.toByteArray();
@@ -90,21 +102,31 @@ bool PreferencesStore::setString(const QString &key, const QString &value)
     return setValue(key, value);
 }
 
-bool PreferencesStore::setIntegerArray(const QString &key, const QList<qint64> &value)
+QVariant PreferencesStore::integerArrayValue(const QList<qint64> &numbers)
 {
     QVariantList elements;
-    elements.reserve(value.size());
-    for (const qint64 number : value)
+    elements.reserve(numbers.size());
+    for (const qint64 number : numbers)
         elements.append(QVariant::fromValue(number));
-    return setValue(key, elements);
+    return elements;
+}
+
+QVariant PreferencesStore::stringDictionaryValue(const QMap<QString, QString> &texts)
+{
+    QVariantMap entries;
+    for (auto it = texts.cbegin(); it != texts.cend(); ++it)
+        entries.insert(it.key(), it.value());
+    return entries;
+}
+
+bool PreferencesStore::setIntegerArray(const QString &key, const QList<qint64> &value)
+{
+    return setValue(key, integerArrayValue(value));
 }
 
 bool PreferencesStore::setStringDictionary(const QString &key, const QMap<QString, QString> &value)
 {
-    QVariantMap entries;
-    for (auto it = value.cbegin(); it != value.cend(); ++it)
-        entries.insert(it.key(), it.value());
-    return setValue(key, entries);
+    return setValue(key, stringDictionaryValue(value));
 }
 
 bool PreferencesStore::setData(const QString &key, const QByteArray &value)

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <optional>
 
 // The user's durable key-value store for saved state. Every value keeps the type it was
@@ -30,6 +31,14 @@ public:
     bool boolean(const QString &key) const;
     std::optional<QByteArray> data(const QString &key) const;
 
+    // The same readings of a value already in hand.
+    static std::optional<QList<qint64>> asIntegerArray(const QVariant &value);
+    static std::optional<QMap<QString, QString>> asStringDictionary(const QVariant &value);
+    static std::optional<QByteArray> asData(const QVariant &value);
+    // The values the typed writes store.
+    static QVariant integerArrayValue(const QList<qint64> &numbers);
+    static QVariant stringDictionaryValue(const QMap<QString, QString> &texts);
+
     // Typed writes replace whatever the key held. False when the write could not be made.
     bool setString(const QString &key, const QString &value);
     bool setIntegerArray(const QString &key, const QList<qint64> &value);
@@ -46,6 +55,18 @@ public:
     // (how a wrongly typed value is stored on purpose). False, and nothing written, when
     // the value or one of its elements is of no such kind, or the write failed.
     virtual bool setValue(const QString &key, const QVariant &value) = 0;
+
+    // Reads the value under `key` and writes what `change` makes of it in one transaction, so
+    // that no other process's write comes between the read and the write and is lost. `change`
+    // gets the stored value (invalid when absent or unreadable) and returns the value to write,
+    // or nothing to leave the key as it is; it must not use the store itself. False, and
+    // nothing written, when the write could not be made.
+    using Change = std::function<std::optional<QVariant>(const QVariant &stored)>;
+    virtual bool update(const QString &key, const Change &change) = 0;
+
+    // Keeps the bytes of a value that could not be read, before a write replaces it, in a file
+    // beside the store named after the key and the time. False when they could not be kept.
+    virtual bool keepUnreadable(const QString &key, const QByteArray &bytes) = 0;
 
     // Removing an absent key succeeds.
     virtual bool remove(const QString &key) = 0;

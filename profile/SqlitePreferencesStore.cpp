@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QSqlError>
 #include <QStandardPaths>
 #include <QtDebug>
@@ -32,12 +33,19 @@ int resultCode(const QSqlError &error)
 
 // Renames the file and any journal beside it to one new name. A journal left behind
 // would be replayed into the fresh store.
+// `prefix` followed by the time, and by a number when that name is taken already.
+QString unusedStampedName(const QString &prefix)
+{
+    const QString stamped = prefix + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    QString name = stamped;
+    for (int n = 2; QFileInfo::exists(name); ++n)
+        name = stamped + QLatin1Char('-') + QString::number(n);
+    return name;
+}
+
 bool setAside(const QString &path)
 {
-    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString target = path + QStringLiteral(".unreadable-") + stamp;
-    for (int n = 2; QFileInfo::exists(target); ++n)
-        target = path + QStringLiteral(".unreadable-") + stamp + QLatin1Char('-') + QString::number(n);
+    const QString target = unusedStampedName(path + QStringLiteral(".unreadable-"));
     if (!QFile::rename(path, target))
         return false;
     for (const QLatin1String suffix : {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")}) {
@@ -190,6 +198,44 @@ bool SqlitePreferencesStore::setValue(const QString &key, const QVariant &value)
     // Do not keep a large value alive through the bound parameter.
     m_upsert->bindValue(2, QVariant());
     return written;
+}
+
+bool SqlitePreferencesStore::update(const QString &key, const Change &change)
+{
+    if (!m_upsert)
+        return false;
+    QSqlQuery control(m_db);
+    // IMMEDIATE takes the write lock before the read, so another process's update waits for
+    // this one to commit and then reads what it wrote.
+    if (!control.exec(QStringLiteral("BEGIN IMMEDIATE"))) {
+        qWarning("Preferences: updating %s failed: %s", qPrintable(key), qPrintable(control.lastError().text()));
+        return false;
+    }
+    const std::optional<QVariant> changed = change(value(key));
+    if (changed && !setValue(key, *changed)) {
+        control.exec(QStringLiteral("ROLLBACK"));
+        return false;
+    }
+    if (!control.exec(QStringLiteral("COMMIT"))) {
+        qWarning("Preferences: updating %s failed: %s", qPrintable(key), qPrintable(control.lastError().text()));
+        control.exec(QStringLiteral("ROLLBACK"));
+        return false;
+    }
+    return true;
+}
+
+bool SqlitePreferencesStore::keepUnreadable(const QString &key, const QByteArray &bytes)
+{
+    // A store in memory keeps nothing beyond this run anyway.
+    if (m_filePath.isEmpty())
+        return true;
+    QSaveFile file(unusedStampedName(m_filePath + QLatin1Char('.') + key + QStringLiteral(".unreadable-")));
+    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
+        qWarning("Preferences: the unreadable value of %s was kept as %s", qPrintable(key), qPrintable(file.fileName()));
+        return true;
+    }
+    qWarning("Preferences: the unreadable value of %s could not be kept: %s", qPrintable(key), qPrintable(file.errorString()));
+    return false;
 }
 
 bool SqlitePreferencesStore::remove(const QString &key)

@@ -27,6 +27,8 @@ public:
 
     QVariant value(const QString &key) const override;
     bool setValue(const QString &key, const QVariant &value) override;
+    bool update(const QString &key, const Change &change) override;
+    bool keepUnreadable(const QString &key, const QByteArray &bytes) override;
     bool remove(const QString &key) override;
     QStringList keys() const override;
 

@@ -2,6 +2,8 @@
 
 #include "StudioSingleton.h"
 
+#include "app/Studio.h"
+
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 
@@ -13,5 +15,11 @@ QQuickWindow *loadStudioWindow(QQmlApplicationEngine &engine, Studio &studio)
     engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));
     if (engine.rootObjects().isEmpty())
         return nullptr;
-    return qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+    // Once the studio is on screen the gallery is decoded on a worker, so that neither
+    // start-up nor opening the gallery waits for it.
+    if (window)
+        QObject::connect(window, &QQuickWindow::frameSwapped, &studio, &Studio::decodeCreationsAhead,
+                         Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    return window;
 }

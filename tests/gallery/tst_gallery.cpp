@@ -1,12 +1,15 @@
 #include "app/Studio.h"
+#include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
 #include "gallery/CreationCodec.h"
 #include "support/StudioFixture.h"
 
+#include <QDir>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 #include <QTest>
 
 namespace {
@@ -26,6 +29,24 @@ void saveAs(Studio &studio, const QString &title)
     studio.setSaving(true);
     studio.setCreationTitle(title);
     studio.saveCreation();
+}
+
+// The next line the other process prints; empty when it printed none in time.
+QByteArray lineFrom(QProcess &process)
+{
+    while (!process.canReadLine()) {
+        if (!process.waitForReadyRead(20000))
+            return {};
+    }
+    return process.readLine().trimmed();
+}
+
+Creation titled(const QString &title)
+{
+    Creation creation;
+    creation.title = title;
+    creation.date = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
+    return creation;
 }
 
 const char *validCreation =
@@ -107,10 +128,10 @@ private slots:
         const QJsonObject valid = QJsonDocument::fromJson(QByteArray("[") + validCreation + "]").array().first().toObject();
         QTest::newRow("any key order, lower-case id, extra key") << QByteArray("[") + validCreation + "]" << true;
         QTest::newRow("empty list") << QByteArray("[]") << true;
-        for (const QString &key : {"id", "title", "code", "date", "turtle", "theme", "strokes"}) {
+        for (const char *key : {"id", "title", "code", "date", "turtle", "theme", "strokes"}) {
             QJsonObject missing = valid;
-            missing.remove(key);
-            QTest::addRow("missing %s", qPrintable(key))
+            missing.remove(QLatin1String(key));
+            QTest::addRow("missing %s", key)
                 << QJsonDocument(QJsonArray{valid, missing}).toJson(QJsonDocument::Compact) << false;
         }
         const QList<std::pair<const char *, QJsonValue>> wrong{
@@ -153,6 +174,87 @@ private slots:
             QCOMPARE(tiny.theme, 2);
             QCOMPARE(tiny.strokes.first().to, QPointF(0, -10));
         }
+
+        // The next save replaces an unreadable list only once its bytes are kept beside the store.
+        const qsizetype before = studio->creations().size();
+        drawInFreePlay(*studio, square);
+        saveAs(*studio, QStringLiteral("Next"));
+        QCOMPARE(studio->creations().size(), before + 1);
+        QCOMPARE(decodeCreations(*fixture.store.data(QStringLiteral("creations"))), studio->creations());
+        const QFileInfoList kept = QDir(fixture.folder.path()).entryInfoList({"preferences.sqlite.creations.unreadable-*"});
+        QCOMPARE(kept.size(), readable ? 0 : 1);
+        if (!readable) {
+            QFile file(kept.first().filePath());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(file.readAll(), json);
+        }
+    }
+
+    // The stored gallery is read no earlier than asked for, so another window's save made
+    // after start-up is there; decoding ahead and saving first give the same list.
+    void theGalleryIsReadWhenFirstNeeded_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("asked") << "asked";
+        QTest::newRow("decoded ahead") << "ahead";
+        QTest::newRow("saved before asking") << "saved";
+        QTest::newRow("unreadable, decoded ahead") << "unreadable";
+    }
+
+    void theGalleryIsReadWhenFirstNeeded()
+    {
+        QFETCH(QString, way);
+        StudioFixture fixture;
+        const QString key = QStringLiteral("creations");
+        QList<Creation> stored{titled(QStringLiteral("Old"))};
+        fixture.store.setData(key, encodeCreations(stored));
+        const auto studio = fixture.restart();
+        stored.prepend(titled(QStringLiteral("From another window")));
+        fixture.store.setData(key, way == u"unreadable" ? QByteArray("[{}]") : encodeCreations(stored));
+        if (way == u"ahead" || way == u"unreadable") {
+            studio->decodeCreationsAhead();
+            fixture.store.setData(key, encodeCreations({})); // read already; decoding goes on apart
+        }
+        if (way == u"saved") {
+            drawInFreePlay(*studio, square);
+            saveAs(*studio, QStringLiteral("New"));
+            stored.prepend(studio->creations().value(0));
+            QCOMPARE(studio->creations().value(0).title, QStringLiteral("New"));
+        }
+        QCOMPARE(studio->creations(), way == u"unreadable" ? QList<Creation>() : stored);
+    }
+
+    // Two windows on one store, saving in turn: neither loses the other's creations, badges or names.
+    void twoWindowsKeepEachOthersWork()
+    {
+        constexpr int saves = 50;
+        StudioFixture fixture;
+        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 2});
+        const auto studio = fixture.restart();
+        QProcess other;
+        other.start(QStringLiteral(GALLERY_SAVER), {fixture.store.filePath(), QString::number(saves)});
+        QCOMPARE(lineFrom(other), "ready");
+        drawInFreePlay(*studio, square);
+        for (int i = 0; i < saves; ++i) {
+            saveAs(*studio, QStringLiteral("This window"));
+            other.write("\n");
+            QCOMPARE(lineFrom(other), "saved");
+        }
+        QCOMPARE(lineFrom(other), "done");
+        QVERIFY(other.waitForFinished());
+        QCOMPARE(other.exitCode(), 0);
+        studio->select(1);
+        studio->setCode(missions().at(1).solution);
+        stepToEnd(*studio);
+        QVERIFY(studio->saveCompanion(0, QStringLiteral("Sprout")));
+
+        const auto after = fixture.restart();
+        QSet<QUuid> ids;
+        for (const Creation &creation : after->creations())
+            ids.insert(creation.id);
+        QCOMPARE(ids.size(), 2 * saves);
+        QCOMPARE(after->completedInOrder(), QList<int>({0, 1, 2, 3}));
+        QCOMPARE(after->turtleNames(), (QMap<QString, QString>{{"0", "Sprout"}, {"1", "Pebble"}}));
     }
 
     void savingNeedsTheFinishedDrawingOfTheCurrentCode_data()
