@@ -180,8 +180,8 @@ private slots:
         drawInFreePlay(*studio, square);
         saveAs(*studio, QStringLiteral("Next"));
         QCOMPARE(studio->creations().size(), before + 1);
-        QCOMPARE(decodeCreations(*fixture.store.data(QStringLiteral("creations"))), studio->creations());
-        const QFileInfoList kept = QDir(fixture.folder.path()).entryInfoList({"preferences.sqlite.creations.unreadable-*"});
+        QCOMPARE(decodeCreations(*fixture->store.data(QStringLiteral("creations"))), studio->creations());
+        const QFileInfoList kept = QDir(fixture->folder.path()).entryInfoList({"preferences.sqlite.creations.unreadable-*"});
         QCOMPARE(kept.size(), readable ? 0 : 1);
         if (!readable) {
             QFile file(kept.first().filePath());
@@ -204,16 +204,15 @@ private slots:
     void theGalleryIsReadWhenFirstNeeded()
     {
         QFETCH(QString, way);
-        StudioFixture fixture;
         const QString key = QStringLiteral("creations");
         QList<Creation> stored{titled(QStringLiteral("Old"))};
-        fixture.store.setData(key, encodeCreations(stored));
-        const auto studio = fixture.restart();
+        fixture->store.setData(key, encodeCreations(stored));
+        const auto studio = fixture->restart();
         stored.prepend(titled(QStringLiteral("From another window")));
-        fixture.store.setData(key, way == u"unreadable" ? QByteArray("[{}]") : encodeCreations(stored));
+        fixture->store.setData(key, way == u"unreadable" ? QByteArray("[{}]") : encodeCreations(stored));
         if (way == u"ahead" || way == u"unreadable") {
             studio->decodeCreationsAhead();
-            fixture.store.setData(key, encodeCreations({})); // read already; decoding goes on apart
+            fixture->store.setData(key, encodeCreations({})); // read already; decoding goes on apart
         }
         if (way == u"saved") {
             drawInFreePlay(*studio, square);
@@ -228,11 +227,10 @@ private slots:
     void twoWindowsKeepEachOthersWork()
     {
         constexpr int saves = 50;
-        StudioFixture fixture;
-        fixture.store.setIntegerArray(QStringLiteral("completed"), {0, 2});
-        const auto studio = fixture.restart();
+        fixture->store.setIntegerArray(QStringLiteral("completed"), {0, 2});
+        const auto studio = fixture->restart();
         QProcess other;
-        other.start(QStringLiteral(GALLERY_SAVER), {fixture.store.filePath(), QString::number(saves)});
+        other.start(QStringLiteral(GALLERY_SAVER), {fixture->store.filePath(), QString::number(saves)});
         QCOMPARE(lineFrom(other), "ready");
         drawInFreePlay(*studio, square);
         for (int i = 0; i < saves; ++i) {
@@ -248,7 +246,7 @@ private slots:
         stepToEnd(*studio);
         QVERIFY(studio->saveCompanion(0, QStringLiteral("Sprout")));
 
-        const auto after = fixture.restart();
+        const auto after = fixture->restart();
         QSet<QUuid> ids;
         for (const Creation &creation : after->creations())
             ids.insert(creation.id);
