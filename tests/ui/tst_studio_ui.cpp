@@ -397,6 +397,13 @@ private slots:
         QVERIFY2(ui->isShown(name), qPrintable(name));
         QCOMPARE(ui->isEnabled(name), open);
         QCOMPARE(ui->property(name, "opacity").toReal(), open ? 1.0 : 0.5);
+        // An earned row shows a green check, an open one a circle and a shut one a lock, both violet.
+        const bool done = completed.contains(row);
+        const QString mark = u"missionMark_%1"_s.arg(row);
+        QCOMPARE(ui->property(mark, "name").toString(),
+                 done ? u"checkmark.circle.fill"_s : open ? u"circle"_s : u"lock.fill"_s);
+        const QColor colour = done ? QColor::fromRgbF(0.2, 0.78, 0.35) : QColor::fromRgbF(0.42, 0.28, 0.88);
+        QCOMPARE(ui->property(mark, "color").value<QColor>().rgb(), colour.rgb());
         const QStringList labels = ui->texts(name);
         QVERIFY2(labels.contains(missions().at(row).title), qPrintable(labels.join(u'|')));
         QVERIFY2(labels.contains(missions().at(row).subtitle), qPrintable(labels.join(u'|')));

@@ -76,6 +76,7 @@ ColumnLayout {
                     contentItem: RowLayout {
                         spacing: 10
                         SymbolIcon {
+                            objectName: "missionMark_" + row.mission
                             name: row.done ? "checkmark.circle.fill" : (row.open ? "circle" : "lock.fill")
                             color: row.done ? Theme.green : Theme.violet
                             size: 18
