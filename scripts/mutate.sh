@@ -92,7 +92,7 @@ m "free-play code not stored" app/Studio.cpp "tst_progress tst_startup" \
 m "companion name not announced" app/Studio.cpp "tst_profile tst_startup" \
   'emit turtleNameChanged();' ';'
 m "badge not stored" app/StudioProgress.cpp "tst_progress tst_startup" \
-  'm_defaults.setIntegerArray(QStringLiteral("completed"), QList<qint64>(ordered.cbegin(), ordered.cend()));' ';'
+  'return PreferencesStore::integerArrayValue(ordered);' 'return std::nullopt;'
 m "one hint too many" app/StudioProgress.cpp tst_progress \
   'std::min(m_hint + 1, int(missions().at(m_mission).hints.size()))' 'std::min(m_hint + 1, int(missions().at(m_mission).hints.size()) + 1)'
 m "royal needs four badges" app/StudioNames.cpp "tst_profile tst_startup" \
