@@ -27,6 +27,8 @@ Studio::Studio(PreferencesStore &defaults, bool loadAssets, QObject *parent)
     m_pause.setSingleShot(true);
     m_pause.setTimerType(Qt::PreciseTimer);
     connect(&m_pause, &QTimer::timeout, this, &Studio::advanceRun);
+    for (const auto changed : {&Studio::stepIndexChanged, &Studio::runningChanged, &Studio::codeChanged})
+        connect(this, changed, this, &Studio::runPlaceChanged);
     startUp(loadAssets);
 }
 
@@ -44,6 +46,8 @@ void Studio::setCode(const QString &code)
         return;
     m_code = code;
     emit codeChanged();
+    setErrorPlace({});
+    setDifference({});
     if (m_switching)
         return;
     if (m_free)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "curriculum/MissionCheck.h"
 #include "gallery/Creation.h"
 #include "gallery/StoredGallery.h"
 #include "language/Instruction.h"
@@ -15,6 +16,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <QVariantMap>
 
 #include <optional>
 
@@ -75,6 +77,13 @@ class Studio : public QObject
     Q_PROPERTY(QString avatarLetter READ avatarLetter NOTIFY playerNameChanged)
     Q_PROPERTY(int announcedTheme READ announcedTheme NOTIFY announcementsChanged)
     Q_PROPERTY(bool announcesRoyalCompanion READ announcesRoyalCompanion NOTIFY announcementsChanged)
+    // Links between the code and the drawing; a place is {line, column, length}, or empty for none.
+    Q_PROPERTY(QVariantMap runPlace READ runPlace NOTIFY runPlaceChanged)
+    Q_PROPERTY(QVariantMap errorPlace READ errorPlace NOTIFY errorPlaceChanged)
+    Q_PROPERTY(QString differenceSentence READ differenceSentence NOTIFY differenceChanged)
+    Q_PROPERTY(QList<Stroke> missingStrokes READ missingStrokes NOTIFY differenceChanged)
+    Q_PROPERTY(QList<Stroke> extraStrokes READ extraStrokes NOTIFY differenceChanged)
+    Q_PROPERTY(bool showDifference READ showDifference WRITE setShowDifference NOTIFY differenceChanged)
 
 public:
     static constexpr double defaultSpeed = 0.06;
@@ -216,6 +225,24 @@ public:
     QString treasureTitle() const;
     QString avatarLetter() const;
 
+    // Links between the code and the drawing
+    // The word of the instruction just carried out while a run or a series of steps goes on,
+    // with callLine, callColumn and callLength for the outermost recipe call it came from.
+    QVariantMap runPlace() const;
+    // The word the last refused Run or Step is about, until the next edit.
+    const QVariantMap &errorPlace() const { return m_errorPlace; }
+    // After a finished mission run that did not pass: what differs from the mission, until the
+    // next edit, Run or Step.
+    const QString &differenceSentence() const { return m_difference.sentence; }
+    const QList<Stroke> &missingStrokes() const { return m_difference.missing; }
+    const QList<Stroke> &extraStrokes() const { return m_difference.extra; }
+    bool showDifference() const { return m_showDifference; }
+    void setShowDifference(bool shown);
+    // The command word that drew a stroke of the drawing, while the code is the code that drew it.
+    Q_INVOKABLE QVariantMap strokePlace(int stroke) const;
+    // The strokes the command at the cursor drew (all of them, for a REPEAT or a recipe call).
+    Q_INVOKABLE QList<int> strokesMadeAt(int line, int column) const;
+
 signals:
     void missionChanged();
     void codeChanged();
@@ -257,6 +284,9 @@ signals:
     void needsIntroductionChanged();
     // A drawing has been carried out to its last instruction and judged.
     void drawingFinished();
+    void runPlaceChanged();
+    void errorPlaceChanged();
+    void differenceChanged();
 
 private:
     void startUp(bool loadAssets);
@@ -288,6 +318,10 @@ private:
     NameReadings readNames() const { return {turtleName(), needsIntroduction()}; }
     void publishNames(const NameReadings &before);
     void advanceRun();
+    void setErrorPlace(SourcePlace place);
+    void setDifference(const MissionDifference &difference);
+    // Keeps one source instruction per stroke, after a turtle step or a wipe.
+    void noteStrokeSources(int instruction);
 
     PreferencesStore &m_defaults;
     int m_mission = 0;
@@ -336,4 +370,9 @@ private:
     const QStringList m_names{QStringLiteral("Clover"), QStringLiteral("Peaches"), QStringLiteral("Orbit"),
                               QStringLiteral("Your Majesty")};
     QList<QImage> m_images;
+    // For each stroke of the drawing, the queued instruction that drew it.
+    QList<int> m_strokeSources;
+    QVariantMap m_errorPlace;
+    MissionDifference m_difference;
+    bool m_showDifference = false;
 };

@@ -14,6 +14,7 @@ bool Studio::prepare()
         instructions = parser.parse();
     } catch (const LogoError &error) {
         setMessage(error.errorDescription());
+        setErrorPlace(error.place());
         return false;
     }
     if (instructions.isEmpty()) {
@@ -35,6 +36,7 @@ void Studio::executeNext()
     const Instruction instruction = m_queue.at(m_stepIndex);
     setCurrentCommand(commandLabel(instruction));
     apply(instruction);
+    noteStrokeSources(m_stepIndex);
     setStepIndex(m_stepIndex + 1);
 }
 
@@ -87,10 +89,12 @@ void Studio::stop()
     m_pause.stop();
     m_task.reset();
     setRunning(false);
+    setDifference({});
 }
 
 void Studio::reset()
 {
+    setDifference({});
     resetDrawing();
     m_queue.clear();
     m_queuedSource.clear();

@@ -67,6 +67,7 @@ void Studio::finish()
         setMessage(galleryTitle() + QStringLiteral(". Save it to your gallery!"));
     } else {
         setMessage(QStringLiteral("Nice experiment! Try the mission goal, or ask for a hint."));
+        setDifference(missionDifference(m_mission, m_drawing.strokes, m_targetStrokes, m_queuedSource));
     }
     emit drawingFinished();
 }

@@ -15,6 +15,7 @@ void Studio::resetDrawing()
     const double heading = m_drawing.heading;
     const qsizetype strokeCount = m_drawing.strokes.size();
     m_drawing.reset();
+    m_strokeSources.clear();
     publishDrawing(point, heading, strokeCount);
 }
 

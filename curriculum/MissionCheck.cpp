@@ -76,28 +76,83 @@ const ShapeRule shapeRules[] = {
     {5, 150, Joins::Closed, 144, true, false},
 };
 
-bool meetsShape(const ShapeRule &rule, const QList<Stroke> &strokes, const QString &source)
+QString countWord(qsizetype count)
+{
+    static const char *const words[] = {"No", "One", "Two", "Three", "Four", "Five"};
+    return count < qsizetype(std::size(words)) ? QString::fromLatin1(words[count]) : QString::number(count);
+}
+
+// The sentence for a drawing with the wrong number of lines.
+QString countSentence(qsizetype drawn, qsizetype wanted)
+{
+    if (drawn == 0)
+        return QStringLiteral("Your turtle has not drawn a line yet.");
+    const qsizetype gap = std::abs(wanted - drawn);
+    if (drawn < wanted)
+        return gap == 1 ? QStringLiteral("One line is missing.") : countWord(gap) + QStringLiteral(" lines are missing.");
+    return gap == 1 ? QStringLiteral("There is one line too many.")
+                    : QStringLiteral("There are ") + countWord(gap).toLower() + QStringLiteral(" lines too many.");
+}
+
+QString degrees(double angle)
+{
+    return QString::number(angle) + QStringLiteral(" degrees");
+}
+
+MissionDifference shortOf(QString sentence, QList<Stroke> missing = {}, QList<Stroke> extra = {})
+{
+    return {false, std::move(sentence), std::move(missing), std::move(extra)};
+}
+
+// The joins a closed or continuous drawing lacks, as the lines that would close them.
+QList<Stroke> gaps(const QList<Stroke> &strokes, bool aroundTheEnd)
+{
+    QList<Stroke> lines;
+    for (qsizetype k = 0; k + 1 < strokes.size(); ++k) {
+        if (!near(strokes.at(k).to, strokes.at(k + 1).from, jointTolerance))
+            lines.append(Stroke{strokes.at(k).to, strokes.at(k + 1).from, strokes.at(k).color, strokes.at(k).width});
+    }
+    if (aroundTheEnd && !strokes.isEmpty() && !near(strokes.constLast().to, strokes.constFirst().from, jointTolerance))
+        lines.append(Stroke{strokes.constLast().to, strokes.constFirst().from, strokes.constLast().color,
+                            strokes.constLast().width});
+    return lines;
+}
+
+MissionDifference meetsShape(const ShapeRule &rule, const QList<Stroke> &strokes, const QString &source)
 {
     if (strokes.size() != rule.count)
-        return false;
+        return shortOf(countSentence(strokes.size(), rule.count));
+    QList<Stroke> wrongLength;
     for (const Stroke &stroke : strokes) {
         if (!within(distance(stroke.from, stroke.to) - rule.length, lengthTolerance))
-            return false;
+            wrongLength.append(stroke);
     }
+    if (!wrongLength.isEmpty())
+        return shortOf(QStringLiteral("Every line should be ") + QString::number(rule.length)
+                           + QStringLiteral(" steps long."),
+                       {}, wrongLength);
     if (rule.joins == Joins::Continuous && !closedContinuity(strokes))
-        return false;
+        return shortOf(QStringLiteral("Start the second line where the first one ends."), gaps(strokes, false));
     if (rule.joins == Joins::Closed && !closed(strokes))
-        return false;
-    if (rule.turn && !turns(strokes, *rule.turn))
-        return false;
+        return shortOf(QStringLiteral("This shape does not close yet."), gaps(strokes, true));
+    if (rule.turn && !turns(strokes, *rule.turn)) {
+        QList<Stroke> afterWrongTurn;
+        for (qsizetype k = 0; k + 1 < strokes.size(); ++k) {
+            if (!within(turnBetween(strokes.at(k), strokes.at(k + 1)) - *rule.turn, angleTolerance))
+                afterWrongTurn.append(strokes.at(k + 1));
+        }
+        return shortOf(QStringLiteral("Every turn should be ") + degrees(*rule.turn) + u'.', {}, afterWrongTurn);
+    }
     if (rule.twoColours) {
         QSet<QString> colours;
         for (const Stroke &stroke : strokes)
             colours.insert(stroke.color);
         if (colours.size() < 2)
-            return false;
+            return shortOf(QStringLiteral("Use at least two pen colors."));
     }
-    return !rule.loop || usesLoop(source);
+    if (rule.loop && !usesLoop(source))
+        return shortOf(QStringLiteral("This mission wants a REPEAT loop."));
+    return {true, {}, {}, {}};
 }
 
 bool needsLoop(int mission)
@@ -135,47 +190,95 @@ QStringList requiredRecipes(int mission)
     }
 }
 
-bool definesAndCalls(const QStringList &recipes, const QString &source)
+// The sentence when the recipes the mission asks for are not there or not used; empty when they are.
+QString recipeShortfall(const QStringList &recipes, const QString &source)
 {
     LogoParser parser(source);
     try {
         parser.parse();
-    } catch (const LogoError &) {
-        return false;
+    } catch (const LogoError &error) {
+        return error.message();
     }
     for (const QString &name : recipes) {
-        if (!parser.procedures.contains(name))
-            return false;
+        if (!parser.procedures.contains(name)) {
+            const QString upper = name.toUpper();
+            return QStringLiteral("Make a recipe called ") + upper + QStringLiteral(" with TO ") + upper
+                + QStringLiteral(" … END.");
+        }
     }
-    return parser.executableTokens.contains(recipes.constLast());
+    if (!parser.executableTokens.contains(recipes.constLast()))
+        return QStringLiteral("Use ") + recipes.constLast().toUpper()
+            + QStringLiteral(" outside every recipe, so your turtle draws it.");
+    return {};
+}
+
+// How the first line that is not the target's differs from it.
+QString strokeSentence(const Stroke &drawn, const Stroke &wanted)
+{
+    if (!near(drawn.from, wanted.from, pointTolerance))
+        return QStringLiteral("A line starts in a different place.");
+    const double drawnLength = distance(drawn.from, drawn.to);
+    const double wantedLength = distance(wanted.from, wanted.to);
+    if (within(turnBetween(drawn, wanted), angleTolerance) || drawnLength == 0) {
+        return drawnLength < wantedLength ? QStringLiteral("A line is too short.")
+                                          : QStringLiteral("A line is too long.");
+    }
+    return QStringLiteral("Your turtle turned a different amount.");
 }
 
 // Stroke by stroke, in drawing order and direction: the same outline traced differently fails.
-bool matchesTarget(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target, const QString &source)
+MissionDifference matchesTarget(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target,
+                                const QString &source)
 {
-    if (strokes.isEmpty() || strokes.size() != target.size())
-        return false;
-    for (qsizetype k = 0; k < strokes.size(); ++k) {
-        if (!near(strokes.at(k).from, target.at(k).from, pointTolerance)
-            || !near(strokes.at(k).to, target.at(k).to, pointTolerance))
-            return false;
+    MissionDifference difference;
+    QString firstStroke;
+    for (qsizetype k = 0; k < std::max(strokes.size(), target.size()); ++k) {
+        const bool drawn = k < strokes.size();
+        const bool wanted = k < target.size();
+        if (drawn && wanted && near(strokes.at(k).from, target.at(k).from, pointTolerance)
+            && near(strokes.at(k).to, target.at(k).to, pointTolerance))
+            continue;
+        if (drawn && wanted && firstStroke.isEmpty())
+            firstStroke = strokeSentence(strokes.at(k), target.at(k));
+        if (wanted)
+            difference.missing.append(target.at(k));
+        if (drawn)
+            difference.extra.append(strokes.at(k));
+    }
+    if (strokes.isEmpty() || strokes.size() != target.size()) {
+        difference.sentence = countSentence(strokes.size(), target.size());
+        return difference;
+    }
+    if (!firstStroke.isEmpty()) {
+        difference.sentence = firstStroke;
+        return difference;
     }
     if (needsLoop(mission) && !usesLoop(source))
-        return false;
-    if (needsColours(mission)) {
+        return shortOf(QStringLiteral("This mission wants a REPEAT loop."));
+    const auto differing = [&](auto differs, const QString &sentence) {
         for (qsizetype k = 0; k < strokes.size(); ++k) {
-            if (strokes.at(k).color != target.at(k).color)
-                return false;
+            if (differs(strokes.at(k), target.at(k))) {
+                difference.missing.append(target.at(k));
+                difference.extra.append(strokes.at(k));
+            }
         }
-    }
-    if (needsWidths(mission)) {
-        for (qsizetype k = 0; k < strokes.size(); ++k) {
-            if (!within(strokes.at(k).width - target.at(k).width, widthTolerance))
-                return false;
-        }
-    }
+        difference.sentence = difference.extra.isEmpty() ? QString() : sentence;
+        return !difference.extra.isEmpty();
+    };
+    if (needsColours(mission)
+        && differing([](const Stroke &a, const Stroke &b) { return a.color != b.color; },
+                     QStringLiteral("A line is the wrong color.")))
+        return difference;
+    if (needsWidths(mission)
+        && differing([](const Stroke &a, const Stroke &b) { return !within(a.width - b.width, widthTolerance); },
+                     QStringLiteral("A line is the wrong width.")))
+        return difference;
     const QStringList recipes = requiredRecipes(mission);
-    return recipes.isEmpty() || definesAndCalls(recipes, source);
+    if (!recipes.isEmpty()) {
+        if (QString sentence = recipeShortfall(recipes, source); !sentence.isEmpty())
+            return shortOf(std::move(sentence));
+    }
+    return {true, {}, {}, {}};
 }
 
 } // namespace
@@ -212,13 +315,19 @@ bool usesLoop(const QString &source)
     return LogoParser(source).tokens.contains(QStringLiteral("repeat"));
 }
 
-bool missionPasses(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target, const QString &source)
+MissionDifference missionDifference(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target,
+                                    const QString &source)
 {
     if (mission < 0 || mission >= missions().size())
-        return false;
+        return {};
     if (mission < int(std::size(shapeRules)))
         return meetsShape(shapeRules[mission], strokes, source);
     return matchesTarget(mission, strokes, target, source);
+}
+
+bool missionPasses(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target, const QString &source)
+{
+    return missionDifference(mission, strokes, target, source).met;
 }
 
 QList<Stroke> missionTarget(int mission)

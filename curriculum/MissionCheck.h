@@ -19,6 +19,20 @@ bool closedContinuity(const QList<Stroke> &strokes);
 // The program says REPEAT somewhere outside its comments, recipes included.
 bool usesLoop(const QString &source);
 
+// What the check found: whether the mission is met and, when not, the first rule the drawing
+// breaks, as one short sentence for the child, with the lines that make the difference.
+struct MissionDifference
+{
+    bool met = false;
+    QString sentence;
+    QList<Stroke> missing;  // lines the mission wants that the drawing lacks
+    QList<Stroke> extra;    // drawn lines that are not what the mission wants
+};
+
+// The check itself, telling what differs: the first failing rule in the order below.
+MissionDifference missionDifference(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target,
+                                    const QString &source);
+
 // Whether the strokes that `source` drew meet the mission. The first world judges the shape
 // alone; later missions compare stroke by stroke with `target` and look at the code.
 bool missionPasses(int mission, const QList<Stroke> &strokes, const QList<Stroke> &target, const QString &source);

@@ -19,9 +19,9 @@ const QString kColor = QStringLiteral("color");
 const QString kOpen = QStringLiteral("[");
 const QString kClose = QStringLiteral("]");
 
-[[noreturn]] void fail(const QString &message)
+[[noreturn]] void fail(const QString &message, SourcePlace place = {})
 {
-    throw LogoError(message);
+    throw LogoError(message, place);
 }
 
 bool isLineBreak(char16_t c)
@@ -29,19 +29,28 @@ bool isLineBreak(char16_t c)
     return c == u'\n' || c == u'\r' || c == u'\v' || c == u'\f' || c == 0x0085 || c == 0x2028 || c == 0x2029;
 }
 
+// Starts a new line of the editor; the other breaks only end a comment.
+bool isParagraphBreak(const QString &text, qsizetype i)
+{
+    const char16_t c = text.at(i).unicode();
+    return c == u'\n' || c == 0x2029 || (c == u'\r' && (i + 1 == text.size() || text.at(i + 1) != u'\n'));
+}
+
 // The same tokens as joining the lines without their comments, spacing the brackets apart,
-// lower-casing and splitting at white space, in one pass. Repeated words share one string,
-// so a long program costs few allocations.
-QStringList tokenize(const QString &text)
+// lower-casing and splitting at white space, in one pass, with the place of each. Repeated
+// words share one string, so a long program costs few allocations.
+void tokenize(const QString &text, QStringList &tokens, QList<SourcePlace> &places, QList<SourcePlace> &comments)
 {
     struct ViewHash {
         size_t operator()(QStringView view) const noexcept { return qHash(view); }
     };
     std::unordered_map<QStringView, QString, ViewHash> seen;
-    QStringList tokens;
+    int line = 0;
+    qsizetype lineStart = 0;
     const auto addWord = [&](qsizetype from, qsizetype to) {
         if (from >= to)
             return;
+        places.append(SourcePlace{line, int(from - lineStart), int(to - from)});
         QStringView word = QStringView(text).sliced(from, to - from);
         QString lowered;
         const bool plain = std::all_of(word.begin(), word.end(), [](QChar c) {
@@ -63,6 +72,12 @@ QStringList tokenize(const QString &text)
 
     bool inComment = false;
     qsizetype wordStart = 0;
+    // A comment ends at any line break, which may fall inside a line of the editor.
+    const auto endComment = [&](qsizetype end) {
+        if (inComment)
+            comments.last().length = int(end - lineStart) - comments.last().column;
+        inComment = false;
+    };
     const qsizetype n = text.size();
     for (qsizetype i = 0; i < n; ++i) {
         const QChar ch = text.at(i);
@@ -70,24 +85,29 @@ QStringList tokenize(const QString &text)
         if (isLineBreak(c)) {
             if (!inComment)
                 addWord(wordStart, i);
-            inComment = false;
+            endComment(i);
             wordStart = i + 1;
+            if (isParagraphBreak(text, i)) {
+                ++line;
+                lineStart = i + 1;
+            }
         } else if (inComment) {
             continue;
         } else if (c == u';' || c == u'[' || c == u']' || ch.isSpace()) {
             addWord(wordStart, i);
             wordStart = i + 1;
-            if (c == u';')
+            if (c == u';') {
                 inComment = true;
-            else if (c == u'[')
-                tokens.append(kOpen);
-            else if (c == u']')
-                tokens.append(kClose);
+                comments.append(SourcePlace{line, int(i - lineStart), 0});
+            } else if (c == u'[' || c == u']') {
+                tokens.append(c == u'[' ? kOpen : kClose);
+                places.append(SourcePlace{line, int(i - lineStart), 1});
+            }
         }
     }
     if (!inComment)
         addWord(wordStart, n);
-    return tokens;
+    endComment(n);
 }
 
 // Letters of any script; a combining mark may follow a letter (é written as e + ́).
@@ -124,8 +144,8 @@ QString unknownWord(const QString &token)
 } // namespace
 
 LogoParser::LogoParser(const QString &text)
-    : tokens(tokenize(text))
 {
+    tokenize(text, tokens, places, comments);
 }
 
 const QHash<QString, QString> &LogoParser::aliases()
@@ -188,16 +208,19 @@ const QStringList &LogoParser::colorNames()
 QList<Instruction> LogoParser::parse()
 {
     if (tokens.size() > maxTokens)
-        fail(QStringLiteral("That program is very long. Try a smaller drawing first."));
+        fail(QStringLiteral("That program is very long. Try a smaller drawing first."), places.at(maxTokens));
 
     const qsizetype count = tokens.size();
     qsizetype balance = 0;
     QStringList executable;
+    QList<SourcePlace> executableWhere;
     executable.reserve(count);
+    executableWhere.reserve(count);
     while (index < count) {
         const QString &token = tokens.at(index);
         if (token != kTo) {
             executable.append(token);
+            executableWhere.append(places.at(index));
             if (token == kOpen)
                 ++balance;
             else if (token == kClose)
@@ -209,48 +232,55 @@ QList<Instruction> LogoParser::parse()
         const qsizetype at = index;
         if (balance != 0 || at == count - 1) {
             index = at + 1;
-            fail(QStringLiteral("Put TO name … END outside your loops."));
+            fail(QStringLiteral("Put TO name … END outside your loops."), places.at(at));
         }
         const QString &name = tokens.at(at + 1);
         if (!isMadeOfLetters(name) || isBuiltin(name) || aliases().contains(name) || procedures.contains(name)) {
             index = at + 2;
-            fail(QStringLiteral("Give each recipe a new name made of letters, like PETAL."));
+            fail(QStringLiteral("Give each recipe a new name made of letters, like PETAL."), places.at(at + 1));
         }
         QStringList body;
         qsizetype position = at + 2;
         for (; position < count && tokens.at(position) != kEnd; ++position) {
             if (tokens.at(position) == kTo) {
                 index = position;
-                fail(QStringLiteral("Finish this recipe with END before starting another."));
+                fail(QStringLiteral("Finish this recipe with END before starting another."), places.at(position));
             }
             body.append(tokens.at(position));
         }
         if (position == count) {
             index = count;
-            fail(missingEnd(name));
+            fail(missingEnd(name), places.at(at + 1));
         }
         procedures.insert(name, body);
+        procedureStarts.insert(name, at + 2);
         index = position + 1;
         balance = 0;
     }
 
     executableTokens = executable;
+    executablePlaces = executableWhere;
     qsizetype position = 0;
-    return expand(executableTokens, position, 0, false, {});
+    return expand(executableTokens, position, 0, false, {}, executablePlaces.constData());
 }
 
 QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &index, int depth, bool bracket,
-                                      const QStringList &stack) const
+                                      const QStringList &stack, const SourcePlace *where, SourcePlace opener) const
 {
+    const auto placeAt = [&](qsizetype i) { return where ? where[i] : SourcePlace{}; };
+    const auto tooDeep = [](SourcePlace place) {
+        fail(QStringLiteral("Try fewer loops or recipes inside one another."), place);
+    };
     if (depth > maxDepth)
-        fail(QStringLiteral("Try fewer loops or recipes inside one another."));
+        tooDeep(opener);
 
-    const auto number = [&]() -> double {
+    // A missing number is blamed on the word standing in its place, or on the command at the end.
+    const auto number = [&](SourcePlace command) -> double {
         if (index >= tokens.size())
-            fail(QStringLiteral("A number goes after that command. Try FORWARD 80."));
+            fail(QStringLiteral("A number goes after that command. Try FORWARD 80."), command);
         const std::optional<double> value = readLogoNumber(tokens.at(index));
         if (!value)
-            fail(QStringLiteral("A number goes after that command. Try FORWARD 80."));
+            fail(QStringLiteral("A number goes after that command. Try FORWARD 80."), placeAt(index));
         ++index;
         return *value;
     };
@@ -259,64 +289,84 @@ QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &inde
     while (true) {
         if (index >= tokens.size()) {
             if (bracket)
-                fail(QStringLiteral("Your REPEAT loop needs a closing ]."));
+                fail(QStringLiteral("Your REPEAT loop needs a closing ]."), opener);
             return result;
         }
         const QString &token = tokens.at(index);
+        const SourcePlace place = placeAt(index);
         ++index;
         if (token == kClose) {
             if (bracket)
                 return result;
-            fail(QStringLiteral("This ] needs a matching [ after REPEAT."));
+            fail(QStringLiteral("This ] needs a matching [ after REPEAT."), place);
         }
         const auto alias = aliases().constFind(token);
         const QString &command = alias == aliases().cend() ? token : alias.value();
 
         if (command == kRepeat) {
-            const double count = number();
+            const SourcePlace countPlace = placeAt(index);
+            const double count = number(place);
             if (count < 1 || count > 100 || std::round(count) != count)
-                fail(QStringLiteral("Try a whole REPEAT number from 1 to 100."));
+                fail(QStringLiteral("Try a whole REPEAT number from 1 to 100."), countPlace);
             if (index >= tokens.size() || tokens.at(index) != kOpen)
-                fail(QStringLiteral("Add [ after your REPEAT number, and ] at the end."));
+                fail(QStringLiteral("Add [ after your REPEAT number, and ] at the end."),
+                     index < tokens.size() ? placeAt(index) : countPlace);
             ++index;
-            const QList<Instruction> body = expand(tokens, index, depth + 1, true, stack);
+            if (depth + 1 > maxDepth)
+                tooDeep(place);
+            const QList<Instruction> body = expand(tokens, index, depth + 1, true, stack, where, place);
             const auto times = static_cast<qsizetype>(count);
             if (result.size() + body.size() * times > maxInstructions)
-                fail(QStringLiteral("That's a lot of steps! Try a smaller REPEAT number."));
+                fail(QStringLiteral("That's a lot of steps! Try a smaller REPEAT number."), countPlace);
             for (qsizetype i = 0; i < times; ++i)
                 result.append(body);
         } else if (const auto recipe = procedures.constFind(command); recipe != procedures.cend()) {
             if (stack.contains(command))
-                fail(callsItself(command));
+                fail(callsItself(command), place);
+            if (depth + 1 > maxDepth)
+                tooDeep(place);
             const std::pair<QString, int> key{command, depth + 1};
             auto expanded = m_expandedRecipes.constFind(key);
             if (expanded == m_expandedRecipes.cend()) {
                 qsizetype position = 0;
                 QStringList inner = stack;
                 inner.append(command);
-                expanded = m_expandedRecipes.insert(key, expand(recipe.value(), position, depth + 1, false, inner));
+                const SourcePlace *body = places.isEmpty() ? nullptr : places.constData() + procedureStarts.value(command);
+                expanded = m_expandedRecipes.insert(
+                    key, expand(recipe.value(), position, depth + 1, false, inner, body, place));
             }
-            result.append(expanded.value());
+            if (stack.isEmpty()) {
+                // Called from the main program: this call is the outermost one of everything it draws.
+                result.reserve(result.size() + expanded.value().size());
+                for (Instruction instruction : expanded.value()) {
+                    instruction.callSite = place;
+                    result.append(std::move(instruction));
+                }
+            } else {
+                result.append(expanded.value());
+            }
         } else if (isNumberCommand(command)) {
-            const double value = number();
+            const SourcePlace valuePlace = placeAt(index);
+            const double value = number(place);
             if (std::abs(value) > 10000 || (command == u"width" && (value < 1 || value > 20)))
-                fail(QStringLiteral("Use distances and turns up to 10,000, and widths from 1 to 20."));
-            result.append(Instruction{command, value, QString()});
+                fail(QStringLiteral("Use distances and turns up to 10,000, and widths from 1 to 20."), valuePlace);
+            result.append(Instruction{command, value, QString(), place});
         } else if (command == kColor) {
             if (index >= tokens.size())
-                fail(QStringLiteral("Give COLOR a name, like COLOR pink."));
+                fail(QStringLiteral("Give COLOR a name, like COLOR pink."), place);
             QString word = tokens.at(index);
             word.remove(u'"');
+            const SourcePlace wordPlace = placeAt(index);
             ++index;
             if (!colorNames().contains(word))
-                fail(QStringLiteral("Try pink, purple, blue, green, orange, yellow, red, white, or black."));
-            result.append(Instruction{kColor, 0, word});
+                fail(QStringLiteral("Try pink, purple, blue, green, orange, yellow, red, white, or black."), wordPlace);
+            result.append(Instruction{kColor, 0, word, place});
         } else if (isPlainCommand(command)) {
-            result.append(Instruction{command, 0, QString()});
+            result.append(Instruction{command, 0, QString(), place});
         } else {
-            fail(unknownWord(token));
+            fail(unknownWord(token), place);
         }
         if (result.size() > maxInstructions)
-            fail(QStringLiteral("Try fewer than 2,000 steps in one run."));
+            fail(QStringLiteral("Try fewer than 2,000 steps in one run."), place);
     }
 }

@@ -21,9 +21,20 @@ public:
     QHash<QString, QStringList> procedures;
     QStringList executableTokens;
 
+    // Where each token stands in the text, in step with the lists above; a recipe's body
+    // starts at procedureStarts[name] in `tokens`.
+    QList<SourcePlace> places;
+    QList<SourcePlace> executablePlaces;
+    QHash<QString, qsizetype> procedureStarts;
+    // Each comment, from its ";" to the line break that ends it.
+    QList<SourcePlace> comments;
+
     QList<Instruction> parse();
+    // `where` holds the place of each of `tokens` (none when null); `opener` is the word that
+    // opened this level (a REPEAT or a recipe call), blamed when the level is too deep or unclosed.
     QList<Instruction> expand(const QStringList &tokens, qsizetype &index, int depth, bool bracket,
-                              const QStringList &stack) const;
+                              const QStringList &stack, const SourcePlace *where = nullptr,
+                              SourcePlace opener = {}) const;
 
     static const QHash<QString, QString> &aliases();
     static bool isBuiltin(const QString &word);

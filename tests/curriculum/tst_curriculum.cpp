@@ -160,6 +160,53 @@ private slots:
         QCOMPARE(missionPasses(mission, simulate(source), target, source), passing);
     }
 
+    // What the overlay tells the child: the first rule broken and the lines that differ.
+    void differences_data()
+    {
+        QTest::addColumn<int>("mission");
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("sentence");
+        QTest::addColumn<int>("missing");
+        QTest::addColumn<int>("extra");
+        QTest::newRow("2 side missing") << 2 << "repeat 3 [forward 100 right 90]" << "One line is missing." << 0 << 0;
+        QTest::newRow("2 side short") << 2 << "repeat 3 [forward 100 right 90] forward 99.4"
+                                      << "Every line should be 100 steps long." << 0 << 1;
+        QTest::newRow("2 open") << 2 << "repeat 3 [forward 100 right 90] right 90 penup forward 10 pendown forward 100"
+                                << "This shape does not close yet." << 2 << 0;
+        QTest::newRow("1 wrong angle") << 1 << "forward 100 right 60 forward 100" << "Every turn should be 90 degrees."
+                                       << 0 << 1;
+        QTest::newRow("4 one colour") << 4 << "repeat 4 [forward 100 right 90]" << "Use at least two pen colors." << 0 << 0;
+        QTest::newRow("5 no loop") << 5 << unrolled(missions().at(5).solution) << "This mission wants a REPEAT loop." << 0
+                                   << 0;
+        QTest::newRow("6 side missing") << 6 << "forward 120 right 90 forward 70 right 90 forward 120"
+                                        << "One line is missing." << 1 << 0;
+        QTest::newRow("6 side short") << 6 << "repeat 2 [forward 110 right 90 forward 70 right 90]"
+                                      << "A line is too short." << 3 << 3;
+        QTest::newRow("8 wrong angle") << 8 << "repeat 5 [forward 80 right 70]" << "Your turtle turned a different amount."
+                                       << 4 << 4;
+        QTest::newRow("16 wrong colour") << 16
+            << QString(missions().at(16).solution).replace(QStringLiteral("pink"), QStringLiteral("red"))
+            << "A line is the wrong color." << 2 << 2;
+        QTest::newRow("24 no recipe") << 24 << "repeat 4 [forward 75 right 90]"
+                                      << "Make a recipe called SQUARE with TO SQUARE \u2026 END." << 0 << 0;
+        QTest::newRow("24 not called") << 24 << "to square repeat 4 [forward 75 right 90] end repeat 4 [forward 75 right 90]"
+                                       << "Use SQUARE outside every recipe, so your turtle draws it." << 0 << 0;
+    }
+
+    void differences()
+    {
+        QFETCH(int, mission);
+        QFETCH(QString, source);
+        QFETCH(QString, sentence);
+        QFETCH(int, missing);
+        QFETCH(int, extra);
+        const MissionDifference difference = missionDifference(mission, simulate(source), missionTarget(mission), source);
+        QVERIFY(!difference.met);
+        QCOMPARE(difference.sentence, sentence);
+        QCOMPARE(difference.missing.size(), missing);
+        QCOMPARE(difference.extra.size(), extra);
+    }
+
     void refusals()
     {
         // Before any target exists, nothing drawn must count as a match.

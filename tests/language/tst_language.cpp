@@ -4,6 +4,8 @@
 #include "support/Golden.h"
 
 #include <QLocale>
+#include <QTextBlock>
+#include <QTextDocument>
 #include <QTest>
 
 #include <clocale>
@@ -88,6 +90,17 @@ void ok(const char *name, const QString &program, const QString &instructions)
 void refused(const char *name, const QString &program, const QString &message)
 {
     QTest::newRow(name) << program << message << true;
+}
+
+// A place as "line:column word", the word cut from the text as the code editor holds it.
+QString placeIn(const QString &program, SourcePlace place)
+{
+    if (!place.isValid())
+        return u"nowhere"_s;
+    QTextDocument document;
+    document.setPlainText(program);
+    const QString word = document.findBlockByNumber(place.line).text().mid(place.column, place.length);
+    return QString::number(place.line) + u':' + QString::number(place.column) + u' ' + word;
 }
 
 } // namespace
@@ -285,6 +298,75 @@ private slots:
         const Outcome looped = parseProgram(recipeChain(10, 10, QString()).chopped(2) + u"repeat 100 [ ra ra ] fd 1"_s);
         QVERIFY2(!looped.failed, qPrintable(looped.message));
         QCOMPARE(render(looped.instructions), u"forward 1"_s);
+    }
+
+    // Each row: a program, which instruction to look at (-1: the error), where its word is,
+    // and (for a recipe's instruction) where the outermost call is, or the message.
+    void places_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<int>("which");
+        QTest::addColumn<QString>("place");
+        QTest::addColumn<QString>("call");
+
+        const QString breaks = u";x\rfd 1\r\nrt 2\u2029lt 3\u2028pu\vpd\fhome\u0085bk 4"_s;
+        QTest::newRow("after a CR") << breaks << 0 << u"1:0 fd"_s << u"nowhere"_s;
+        QTest::newRow("after a CR LF") << breaks << 1 << u"2:0 rt"_s << u"nowhere"_s;
+        QTest::newRow("after U+2029") << breaks << 2 << u"3:0 lt"_s << u"nowhere"_s;
+        QTest::newRow("breaks inside a line") << breaks << 6 << u"3:16 bk"_s << u"nowhere"_s;
+        QTest::newRow("comment, upper case") << u"fd 1 ; rt 90 [\n  RT 45 ; x"_s << 1 << u"1:2 RT"_s << u"nowhere"_s;
+        QTest::newRow("nested repeats") << u"repeat 2 [\n  repeat 3 [ fd 10 ]\n  rt 90 ]"_s << 6 << u"1:13 fd"_s
+                                        << u"nowhere"_s;
+        const QString recipes = u"to side fd 50 rt 90 end\nto box\n  repeat 4 [ side ]\nend\nrt 10 box box"_s;
+        QTest::newRow("recipe in a recipe") << recipes << 8 << u"0:14 rt"_s << u"4:6 box"_s;
+        QTest::newRow("second call") << recipes << 9 << u"0:8 fd"_s << u"4:10 box"_s;
+        QTest::newRow("surrogate pair") << u"to \U0001D49Cb fd 5 end \U0001D49Cb rt 1"_s << 1 << u"0:20 rt"_s
+                                        << u"nowhere"_s;
+
+        // Every message of the catalogue (its opening words), with the word it is about.
+        const auto error = [](const char *name, const QString &program, const QString &place, const char *message) {
+            QTest::newRow(name) << program << -1 << place << QString::fromUtf8(message);
+        };
+        error("too long", u"fd 1 "_s.repeated(6000) + u"fd"_s, u"0:30000 fd"_s, "That program is very long");
+        error("to in a loop", u"repeat 2 [ to x"_s, u"0:11 to"_s, "Put TO name");
+        error("bad name", u"to fd2 end"_s, u"0:3 fd2"_s, "Give each recipe");
+        error("to in a recipe", u"to a fd 1 to b end"_s, u"0:10 to"_s, "Finish this recipe");
+        error("missing end", u"fd 1\nto Petal fd 1"_s, u"1:3 Petal"_s, "Add END to finish your PETAL");
+        error("too deep", nestedRepeats(12, u"fd 1"_s), u"0:121 repeat"_s, "Try fewer loops");
+        error("too deep by a call", u"to a fd 1 end "_s + nestedRepeats(11, u"a"_s), u"0:135 a"_s, "Try fewer loops");
+        error("unclosed", u"fd 1 repeat 2 [ fd 1"_s, u"0:5 repeat"_s, "Your REPEAT loop needs");
+        error("stray bracket", u"fd 1 ]"_s, u"0:5 ]"_s, "This ] needs");
+        error("repeat count", u"repeat 2.5 [ fd 1 ]"_s, u"0:7 2.5"_s, "Try a whole REPEAT");
+        error("no bracket", u"repeat 2 fd 1"_s, u"0:9 fd"_s, "Add [ after");
+        error("no bracket at the end", u"repeat 2"_s, u"0:7 2"_s, "Add [ after");
+        error("lots of steps", u"repeat 100 [ repeat 100 [ fd 1 ] ]"_s, u"0:7 100"_s, "That's a lot of steps");
+        error("too many steps", u"fd 1 "_s.repeated(2001), u"0:10000 fd"_s, "Try fewer than 2,000");
+        error("calls itself", u"to a b end to b a end\na"_s, u"0:16 a"_s, "The A recipe calls itself");
+        error("not a number", u"fd jump"_s, u"0:3 jump"_s, "A number goes");
+        error("no number", u"rt 1 fd"_s, u"0:5 fd"_s, "A number goes");
+        error("out of range", u"width 21"_s, u"0:6 21"_s, "Use distances");
+        error("no colour", u"rt 1 color"_s, u"0:5 color"_s, "Give COLOR a name");
+        error("unknown colour", u"color \"Teal"_s, u"0:6 \"Teal"_s, "Try pink");
+        error("unknown word, longer in lower case", u"fd 1 \u0130x"_s, u"0:5 \u0130x"_s, "I don't know \u2018i\u0307x\u2019");
+        error("unknown word in a recipe", u"to a\n jump end a"_s, u"1:1 jump"_s, "I don't know \u2018jump\u2019");
+    }
+
+    void places()
+    {
+        QFETCH(QString, program);
+        QFETCH(int, which);
+        QFETCH(QString, place);
+        QFETCH(QString, call);
+        LogoParser parser(program);
+        try {
+            const QList<Instruction> instructions = parser.parse();
+            QVERIFY2(which >= 0, "no error");
+            QCOMPARE(placeIn(program, instructions.at(which).place), place);
+            QCOMPARE(placeIn(program, instructions.at(which).callSite), call);
+        } catch (const LogoError &error) {
+            QVERIFY2(error.message().startsWith(call), qPrintable(error.message()));
+            QCOMPARE(placeIn(program, error.place()), place);
+        }
     }
 };
 

@@ -2,6 +2,7 @@
 #include "gallery/PictureExport.h"
 #include "turtle/Palette.h"
 #include "ui/studio/DrawingSurface.h"
+#include "canvas/StrokeHit.h"
 #include "canvas/SurfacePainter.h"
 
 #include <QFile>
@@ -380,6 +381,29 @@ private slots:
         const QImage withTurtle = paintItem();
         QCOMPARE(withTurtle, render({390, 400}, expected));
         QVERIFY(withTurtle != withoutTurtle);
+    }
+
+    // At scale 2: a click lands on a stroke, near one, or on nothing.
+    void strokeUnderAClick_data()
+    {
+        QTest::addColumn<QPointF>("click");
+        QTest::addColumn<int>("stroke");
+        QTest::newRow("on the first") << QPointF(100, 20) << 0;
+        QTest::newRow("where two cross, the later") << QPointF(199, 220) << 2;
+        QTest::newRow("within reach") << QPointF(100, 30) << 0;
+        QTest::newRow("nearest, not latest") << QPointF(190, 30) << 0;
+        QTest::newRow("out of reach") << QPointF(100, 40) << -1;
+        QTest::newRow("past the end") << QPointF(300, 20) << -1;
+    }
+
+    void strokeUnderAClick()
+    {
+        QFETCH(QPointF, click);
+        QFETCH(int, stroke);
+        const QList<Stroke> strokes{line({0, 0}, {100, 0}, "red", 4), line({0, 100}, {100, 100}, "red", 10),
+                                    line({100, 0}, {100, 120}, "red", 2)};
+        const SurfaceFit fit{2, 0, 20};
+        QCOMPARE(strokeAt(strokes, fit, click, 8), stroke);
     }
 };
 
