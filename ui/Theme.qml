@@ -17,6 +17,29 @@ QtObject {
     readonly property color yellow: Qt.rgba(1, 0.8, 0, 1)
     readonly property color danger: Qt.rgba(0.86, 0.2, 0.18, 1)
     readonly property color mapBackground: Qt.rgba(0.95, 0.95, 0.99, 1)
+    // The code editor's words by role, each at least 4.5:1 on editorFill.
+    readonly property var codeColors: ({
+        "command": "#5a2bc9",
+        "number": "#0b6e4f",
+        "color": "#b0226a",
+        "repeat": "#a14600",
+        "bracket": "#4a5578",
+        "recipe": "#0057ae",
+        "comment": "#5e6a78",
+        "unknown": "#c21f1a"
+    })
+    // Marks linking the code and the drawing: the running word, its recipe call, a matching bracket.
+    readonly property color runningWord: Qt.rgba(1, 0.8, 0, 0.45)
+    readonly property color runningCall: Qt.rgba(1, 0.8, 0, 0.2)
+    readonly property color bracketMatch: Qt.rgba(0.42, 0.28, 0.88, 0.18)
+    readonly property color errorWave: Qt.rgba(0.86, 0.2, 0.18, 1)
+    readonly property color gutterText: Qt.rgba(0.13, 0.16, 0.25, 0.45)
+    // Over the drawing: picked strokes glow; the difference from a mission in colours safe for
+    // colour-blind eyes (blue dashes for missing lines, vermilion stripes for lines to change).
+    readonly property color emphasis: Qt.rgba(1, 0.8, 0, 1)
+    readonly property color missingLine: "#0072b2"
+    readonly property color extraLine: "#d55e00"
+
     // The platform's standard gray, for locked things and soft card fills.
     readonly property color gray: Qt.rgba(0.56, 0.56, 0.58, 1)
 

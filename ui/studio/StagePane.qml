@@ -9,6 +9,11 @@ ColumnLayout {
     spacing: 14
 
     signal exportRequested()
+    // A click on the drawing asks the editor to select the command that drew this line.
+    signal strokePicked(var place)
+
+    // The strokes the command at the editor's cursor drew.
+    property list<int> emphasis: []
 
     readonly property var theme: Catalog.themes[Studio.theme]
 
@@ -53,6 +58,7 @@ ColumnLayout {
     }
 
     DrawingSurface {
+        id: canvas
         objectName: "canvas"
         Layout.fillWidth: true
         Layout.preferredHeight: 340
@@ -67,6 +73,52 @@ ColumnLayout {
         grid: true
         Accessible.role: Accessible.Graphic
         Accessible.name: "Drawing canvas, " + Studio.strokes.length + " lines"
+
+        StageMarks {
+            id: marks
+            objectName: "stageMarks"
+            anchors.fill: parent
+            strokes: Studio.strokes
+            bounds: canvas.bounds
+            ghost: canvas.ghost
+            emphasis: stage.emphasis
+            missing: Studio.showDifference ? Studio.missingStrokes : Catalog.noStrokes
+            extra: Studio.showDifference ? Studio.extraStrokes : Catalog.noStrokes
+            emphasisColor: Theme.emphasis
+            missingColor: Theme.missingLine
+            extraColor: Theme.extraLine
+
+            Timer {
+                id: flashTimer
+                interval: 900
+                onTriggered: marks.flash = -1
+            }
+            MouseArea {
+                anchors.fill: parent
+                enabled: !Studio.running
+                onClicked: mouse => {
+                    const picked = marks.strokeAt(mouse.x, mouse.y)
+                    const place = picked >= 0 ? Studio.strokePlace(picked) : ({})
+                    if (place.line === undefined)
+                        return
+                    marks.flash = picked
+                    flashTimer.restart()
+                    stage.strokePicked(place)
+                }
+            }
+        }
+
+        DifferenceLegend {
+            objectName: "differenceLegend"
+            visible: Studio.showDifference
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+            anchors.margins: 10
+            sentence: Studio.differenceSentence
+            showsMissing: Studio.missingStrokes.length > 0
+            showsExtra: Studio.extraStrokes.length > 0
+        }
     }
 
     RowLayout {
@@ -85,6 +137,14 @@ ColumnLayout {
             color: Theme.ink
             wrapMode: Text.WordWrap
             Layout.fillWidth: true
+        }
+        StudioButton {
+            objectName: "differenceButton"
+            visible: Studio.differenceSentence.length > 0
+            text: Studio.showDifference ? "Hide differences" : "Show what\u2019s different"
+            symbol: "wand.and.stars"
+            Layout.alignment: Qt.AlignTop
+            onClicked: Studio.showDifference = !Studio.showDifference
         }
     }
 
