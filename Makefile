@@ -7,7 +7,7 @@ JOBS        ?= $(shell nproc)
 # Rebuilds of a fresh checkout reuse earlier compiles when ccache is there.
 LAUNCHER    := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run test screenshots bench fuzz mutate sizes clean
+.PHONY: deps configure build run test screenshots bench fuzz reliability mutate sizes clean
 
 deps:
 	@bash scripts/deps.sh
@@ -34,13 +34,20 @@ bench: deps
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	QT_QPA_PLATFORM=offscreen $(BENCH_BUILD)/bench/marblecove_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 
-# Runs the parser fuzzer for FUZZ_SECONDS (override: make fuzz FUZZ_SECONDS=600).
+# Runs every fuzz target for FUZZ_SECONDS each (make fuzz FUZZ_SECONDS=600 FUZZ_TARGETS=startup).
+FUZZ_TARGETS ?= logo startup
+FUZZ_OPTIONS_logo := fuzz/seeds -dict=fuzz/logo.dict
+FUZZ_OPTIONS_startup := fuzz/startup-seeds
 fuzz: deps
 	cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ -DMARBLECOVE_FUZZ=ON
 	cmake --build $(FUZZ_BUILD) -j $(JOBS)
-	mkdir -p $(FUZZ_BUILD)/corpus
-	$(FUZZ_BUILD)/fuzz/fuzz_logo $(FUZZ_BUILD)/corpus fuzz/seeds -dict=fuzz/logo.dict \
-	  -max_total_time=$(FUZZ_SECONDS) -timeout=5 -rss_limit_mb=2048 -print_final_stats=1
+	$(foreach t,$(FUZZ_TARGETS),mkdir -p $(FUZZ_BUILD)/corpus-$(t) && \
+	  $(FUZZ_BUILD)/fuzz/fuzz_$(t) $(FUZZ_BUILD)/corpus-$(t) $(FUZZ_OPTIONS_$(t)) \
+	    -max_total_time=$(FUZZ_SECONDS) -timeout=5 -rss_limit_mb=2048 -print_final_stats=1 && ) true
+
+# Faults that need root: full disks, read-only mounts, other users. Prints a table.
+reliability: build
+	bash tools/reliability.sh $(BUILD)
 
 # Plants small faults one at a time and reports how many the tests catch (its own build dir).
 mutate: deps

@@ -22,6 +22,7 @@ Studio::Studio(PreferencesStore &defaults, bool loadAssets, QObject *parent)
     : QObject(parent)
     , m_defaults(defaults)
     , m_pause(this)
+    , m_saveRetry(this)
 {
     m_pause.setObjectName(QStringLiteral("runPause"));
     m_pause.setSingleShot(true);
@@ -29,7 +30,17 @@ Studio::Studio(PreferencesStore &defaults, bool loadAssets, QObject *parent)
     connect(&m_pause, &QTimer::timeout, this, &Studio::advanceRun);
     for (const auto changed : {&Studio::stepIndexChanged, &Studio::runningChanged, &Studio::codeChanged})
         connect(this, changed, this, &Studio::runPlaceChanged);
+    m_saveRetry.setObjectName(QStringLiteral("saveRetry"));
+    m_saveRetry.setInterval(3000);
+    connect(&m_saveRetry, &QTimer::timeout, this, &Studio::retrySaving);
+    m_defaults.setWriteWatcher(this, [this] { noteWritability(); });
     startUp(loadAssets);
+    noteWritability();
+}
+
+Studio::~Studio()
+{
+    m_defaults.clearWriteWatcher(this);
 }
 
 QList<int> Studio::completedInOrder() const

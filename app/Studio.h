@@ -84,6 +84,9 @@ class Studio : public QObject
     Q_PROPERTY(QList<Stroke> missingStrokes READ missingStrokes NOTIFY differenceChanged)
     Q_PROPERTY(QList<Stroke> extraStrokes READ extraStrokes NOTIFY differenceChanged)
     Q_PROPERTY(bool showDifference READ showDifference WRITE setShowDifference NOTIFY differenceChanged)
+    // Whether changes reach the disk; when not, why, for a grown-up.
+    Q_PROPERTY(bool canSave READ canSave NOTIFY canSaveChanged)
+    Q_PROPERTY(QString saveProblem READ saveProblem NOTIFY canSaveChanged)
 
 public:
     static constexpr double defaultSpeed = 0.06;
@@ -94,6 +97,7 @@ public:
 
     // Restores the saved state from `defaults`, which must outlive the studio.
     explicit Studio(PreferencesStore &defaults, bool loadAssets = true, QObject *parent = nullptr);
+    ~Studio() override;
 
     PreferencesStore &defaults() const { return m_defaults; }
     int mission() const { return m_mission; }
@@ -204,6 +208,10 @@ public:
     Q_INVOKABLE void exportPNG(const QString &path);
 
     // Saved state and erase
+    bool canSave() const { return m_canSave; }
+    const QString &saveProblem() const { return m_saveProblem; }
+    // Writes again what could not be written; a timer calls it while saving fails.
+    void retrySaving();
     void resetGame();
     Q_INVOKABLE void requestGameReset();
     Q_INVOKABLE void finishProfileDismissal();
@@ -287,6 +295,7 @@ signals:
     void runPlaceChanged();
     void errorPlaceChanged();
     void differenceChanged();
+    void canSaveChanged();
 
 private:
     void startUp(bool loadAssets);
@@ -322,6 +331,7 @@ private:
     void setDifference(const MissionDifference &difference);
     // Keeps one source instruction per stroke, after a turtle step or a wipe.
     void noteStrokeSources(int instruction);
+    void noteWritability();
 
     PreferencesStore &m_defaults;
     int m_mission = 0;
@@ -375,4 +385,7 @@ private:
     QVariantMap m_errorPlace;
     MissionDifference m_difference;
     bool m_showDifference = false;
+    bool m_canSave = true;
+    QString m_saveProblem;
+    QTimer m_saveRetry;
 };

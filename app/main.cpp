@@ -1,10 +1,13 @@
 // Marble Cove: one window, one Studio on the child's own saved state.
+#include "app/SingleInstance.h"
 #include "app/Studio.h"
+#include "profile/DataFolder.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
@@ -14,12 +17,25 @@ int main(int argc, char *argv[])
     QGuiApplication app(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Marble Cove"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Marble Cove"));
+    QGuiApplication::setDesktopFileName(QLatin1String(applicationId));
+
+    // A second start only brings the running studio to the front.
+    SingleInstance instance;
+    if (!instance.claim())
+        return 0;
 
     SqlitePreferencesStore store;
     Studio studio(store);
 
     QQmlApplicationEngine engine;
-    if (!loadStudioWindow(engine, studio))
+    QQuickWindow *window = loadStudioWindow(engine, studio);
+    if (!window)
         return 1;
+    QObject::connect(&instance, &SingleInstance::activationRequested, window, [window] {
+        window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+        window->show();
+        window->raise();
+        window->requestActivate();
+    });
     return app.exec();
 }

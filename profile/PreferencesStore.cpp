@@ -26,9 +26,29 @@ std::optional<qint64> asInteger(const QVariant &v)
 
 PreferencesStore::~PreferencesStore() = default;
 
+void PreferencesStore::setWriteWatcher(const void *owner, std::function<void()> watcher)
+{
+    m_watcherOwner = owner;
+    m_watcher = std::move(watcher);
+}
+
+void PreferencesStore::clearWriteWatcher(const void *owner)
+{
+    if (m_watcherOwner != owner)
+        return;
+    m_watcherOwner = nullptr;
+    m_watcher = nullptr;
+}
+
+void PreferencesStore::notifyWriteWatcher() const
+{
+    if (m_watcher)
+        m_watcher();
+}
+
 std::optional<QList<qint64>> PreferencesStore::integerArray(const QString &key) const
 {
-    return asIntegerArray(value(key));
+    return readAs<QList<qint64>>(key, asIntegerArray);
 }
 
 std::optional<QList<qint64>> PreferencesStore::asIntegerArray(const QVariant &v)
@@ -49,7 +69,7 @@ std::optional<QList<qint64>> PreferencesStore::asIntegerArray(const QVariant &v)
 
 std::optional<QMap<QString, QString>> PreferencesStore::stringDictionary(const QString &key) const
 {
-    return asStringDictionary(value(key));
+    return readAs<QMap<QString, QString>>(key, asStringDictionary);
 }
 
 std::optional<QMap<QString, QString>> PreferencesStore::asStringDictionary(const QVariant &v)
@@ -68,26 +88,26 @@ std::optional<QMap<QString, QString>> PreferencesStore::asStringDictionary(const
 
 std::optional<QString> PreferencesStore::string(const QString &key) const
 {
-    const QVariant v = value(key);
-    if (v.typeId() != QMetaType::QString)
-        return std::nullopt;
-    return v.toString();
+    return readAs<QString>(key, [](const QVariant &v) -> std::optional<QString> {
+        return v.typeId() == QMetaType::QString ? std::optional(v.toString()) : std::nullopt;
+    });
 }
 
 qint64 PreferencesStore::integer(const QString &key) const
 {
-    return asInteger(value(key)).value_or(0);
+    return readAs<qint64>(key, asInteger).value_or(0);
 }
 
 bool PreferencesStore::boolean(const QString &key) const
 {
-    const QVariant v = value(key);
-    return v.typeId() == QMetaType::Bool && v.toBool();
+    return readAs<bool>(key, [](const QVariant &v) -> std::optional<bool> {
+        return v.typeId() == QMetaType::Bool ? std::optional(v.toBool()) : std::nullopt;
+    }).value_or(false);
 }
 
 std::optional<QByteArray> PreferencesStore::data(const QString &key) const
 {
-    return asData(value(key));
+    return readAs<QByteArray>(key, asData);
 }
 
 std::optional<QByteArray> PreferencesStore::asData(const QVariant &v)

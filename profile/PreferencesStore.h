@@ -15,11 +15,32 @@
 // so bad stored state falls back to defaults instead of being misread.
 //
 // A value is a string, an integer, a real, a boolean, binary data, or an array or a
-// dictionary (string keys) of such values. Writes are durable when they return.
+// dictionary (string keys) of such values. A write that returns true is durable; one that
+// returns false is kept for this run (reads see it) and tried again by retryWrites().
+//
+// A value that is present but cannot be read (malformed, or of another type than its reader
+// expects) is kept aside, byte for byte, before any write replaces or removes it.
 class PreferencesStore
 {
 public:
+    // Why writes do not reach the disk.
+    enum class WriteProblem { None, ReadOnly, DiskFull, Blocked, Failed };
+
     virtual ~PreferencesStore();
+
+    // None while every write has reached the disk.
+    virtual WriteProblem writeProblem() const { return WriteProblem::None; }
+    // The folder the store lives in, for a grown-up who has to fix it.
+    virtual QString folder() const { return {}; }
+    // Writes again what could not be written; true once everything is on disk.
+    virtual bool retryWrites() { return true; }
+    // Called whenever writeProblem() changes; one watcher, known by its owner.
+    void setWriteWatcher(const void *owner, std::function<void()> watcher);
+    void clearWriteWatcher(const void *owner);
+
+    // Tells the store that the value under `key` could not be used by its reader, so that it
+    // is kept aside before anything replaces it.
+    virtual void noteUnreadable(const QString &key) const { Q_UNUSED(key) }
 
     // Typed reads: absent or of another type gives std::nullopt, 0 or false.
     // An array counts as integers only if every element is one; a dictionary counts as
@@ -59,8 +80,8 @@ public:
     // Reads the value under `key` and writes what `change` makes of it in one transaction, so
     // that no other process's write comes between the read and the write and is lost. `change`
     // gets the stored value (invalid when absent or unreadable) and returns the value to write,
-    // or nothing to leave the key as it is; it must not use the store itself. False, and
-    // nothing written, when the write could not be made.
+    // or nothing to leave the key as it is; it must not use the store itself. False when the
+    // write did not reach the disk; the value is then kept for this run, as with setValue.
     using Change = std::function<std::optional<QVariant>(const QVariant &stored)>;
     virtual bool update(const QString &key, const Change &change) = 0;
 
@@ -73,4 +94,26 @@ public:
 
     // Every key the store holds, in ascending order.
     virtual QStringList keys() const = 0;
+
+protected:
+    void notifyWriteWatcher() const;
+
+private:
+    // The value under `key` as `read` makes it out; a present value it cannot make out is
+    // noted as unreadable and reads as absent.
+    template<typename T, typename Read>
+    std::optional<T> readAs(const QString &key, Read read) const
+    {
+        const QVariant v = value(key);
+        if (!v.isValid())
+            return std::nullopt;
+        std::optional<T> result = read(v);
+        if (!result)
+            noteUnreadable(key);
+        return result;
+    }
+
+private:
+    const void *m_watcherOwner = nullptr;
+    std::function<void()> m_watcher;
 };

@@ -1,14 +1,13 @@
 #include "profile/SqlitePreferencesStore.h"
 
+#include "profile/DataFolder.h"
 #include "profile/PreferenceEncoding.h"
+#include "profile/StoreFiles.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QSqlError>
-#include <QStandardPaths>
 #include <QtDebug>
 
 #include <atomic>
@@ -17,11 +16,12 @@ namespace {
 
 std::atomic<quint64> connectionCount{0};
 
-const QString memoryDatabase = QStringLiteral(":memory:");
-
-// SQLite's primary result codes that mean the file's content cannot be a store of ours.
+// SQLite's primary result codes that the store tells apart.
 constexpr int sqliteError = 1;
+constexpr int sqlitePermission = 3;
+constexpr int sqliteReadOnly = 8;
 constexpr int sqliteCorrupt = 11;
+constexpr int sqliteFull = 13;
 constexpr int sqliteNotADatabase = 26;
 
 int resultCode(const QSqlError &error)
@@ -31,33 +31,7 @@ int resultCode(const QSqlError &error)
     return ok ? code & 0xff : -1;
 }
 
-// Renames the file and any journal beside it to one new name. A journal left behind
-// would be replayed into the fresh store.
-// `prefix` followed by the time, and by a number when that name is taken already.
-QString unusedStampedName(const QString &prefix)
-{
-    const QString stamped = prefix + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
-    QString name = stamped;
-    for (int n = 2; QFileInfo::exists(name); ++n)
-        name = stamped + QLatin1Char('-') + QString::number(n);
-    return name;
-}
-
-bool setAside(const QString &path)
-{
-    const QString target = unusedStampedName(path + QStringLiteral(".unreadable-"));
-    if (!QFile::rename(path, target))
-        return false;
-    for (const QLatin1String suffix : {QLatin1String("-wal"), QLatin1String("-shm"), QLatin1String("-journal")}) {
-        if (QFileInfo::exists(path + suffix))
-            QFile::rename(path + suffix, target + suffix);
-    }
-    qWarning("Preferences: %s could not be read and was set aside as %s", qPrintable(path), qPrintable(target));
-    return true;
-}
-
-// Something other than an empty or SQLite file is not opened at all, so SQLite never
-// touches the files beside it before they are set aside.
+// Something other than an empty or SQLite file is not opened at all.
 bool isForeignFile(const QString &path)
 {
     QFile file(path);
@@ -70,33 +44,15 @@ bool isForeignFile(const QString &path)
 } // namespace
 
 SqlitePreferencesStore::SqlitePreferencesStore()
-    : SqlitePreferencesStore(defaultFilePath())
+    : SqlitePreferencesStore(moveStoreFile(legacyPreferencesFile(), defaultFilePath()))
 {
 }
 
-SqlitePreferencesStore::SqlitePreferencesStore(const QString &filePath)
+SqlitePreferencesStore::SqlitePreferencesStore(const QString &filePath, Access access)
     : m_connectionName(QStringLiteral("marblecove-preferences-%1").arg(connectionCount++))
+    , m_filePath(filePath.isEmpty() ? QString() : QFileInfo(filePath).absoluteFilePath())
 {
-    if (!filePath.isEmpty()) {
-        const QFileInfo file(filePath);
-        if (QDir().mkpath(file.absolutePath())) {
-            Outcome outcome = isForeignFile(file.absoluteFilePath()) ? Outcome::Unreadable
-                                                                     : open(file.absoluteFilePath());
-            if (outcome == Outcome::Unreadable) {
-                close();
-                if (setAside(file.absoluteFilePath()))
-                    outcome = open(file.absoluteFilePath());
-            }
-            if (outcome == Outcome::Ready) {
-                m_filePath = file.absoluteFilePath();
-                return;
-            }
-            close();
-        }
-        qWarning("Preferences: %s cannot be used; nothing will be kept after this run", qPrintable(filePath));
-    }
-    if (open(memoryDatabase) != Outcome::Ready)
-        close();
+    openFile(access);
 }
 
 SqlitePreferencesStore::~SqlitePreferencesStore()
@@ -106,45 +62,132 @@ SqlitePreferencesStore::~SqlitePreferencesStore()
 
 QString SqlitePreferencesStore::defaultFilePath()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    const QString folder = dataFolder();
     return folder.isEmpty() ? QString() : folder + QStringLiteral("/preferences.sqlite");
 }
 
-SqlitePreferencesStore::Outcome SqlitePreferencesStore::open(const QString &databaseName)
+QString SqlitePreferencesStore::folder() const
 {
-    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
-    m_db.setDatabaseName(databaseName);
-    if (!m_db.open())
-        return Outcome::Unavailable;
+    return m_filePath.isEmpty() ? QString() : QFileInfo(m_filePath).absolutePath();
+}
 
-    const auto failure = [](const QSqlQuery &query, bool contentIsOurs) {
-        const int code = resultCode(query.lastError());
-        const bool unreadable = code == sqliteCorrupt || code == sqliteNotADatabase
-            || (!contentIsOurs && code == sqliteError);
-        return unreadable ? Outcome::Unreadable : Outcome::Unavailable;
+void SqlitePreferencesStore::openFile(Access access)
+{
+    close();
+    m_mode = Mode::Memory;
+    m_lastError = 0;
+    if (m_filePath.isEmpty()) {
+        setProblem(WriteProblem::Blocked);
+        return;
+    }
+    const QFileInfo file(m_filePath);
+    if (access == Access::ReadWrite && QDir().mkpath(file.absolutePath())) {
+        Outcome outcome = inspect(true);
+        if (outcome == Outcome::Unavailable && m_lastError == sqliteReadOnly) {
+            // The log of a writer that was killed can only be taken up by a writer.
+            close();
+            outcome = inspect(false);
+        }
+        // Moved while still open: a writer's last checkpoint then goes into the moved files.
+        if (outcome == Outcome::Unreadable)
+            outcome = setAsideStore(m_filePath) ? Outcome::Ready : Outcome::Unavailable;
+        close();
+        if (outcome == Outcome::Ready)
+            outcome = openWritable();
+        if (outcome == Outcome::Ready) {
+            m_mode = Mode::ReadWrite;
+            if (m_unsaved.isEmpty())
+                setProblem(WriteProblem::None);
+            return;
+        }
+        close();
+    }
+    // A store that cannot be written still shows the child's progress and drawings.
+    if (QFileInfo(m_filePath).isFile() && inspect(true) == Outcome::Ready && prepare())
+        m_mode = Mode::ReadOnly;
+    else
+        close();
+    if (m_mode == Mode::Memory)
+        qWarning("Preferences: %s cannot be used; changes are kept for this run only (SQLite result %d)", qPrintable(m_filePath), m_lastError);
+    setProblem(access == Access::ReadOnly ? WriteProblem::ReadOnly : problemOf(m_lastError));
+}
+
+// Opens the file and checks that it is a store of ours: nothing but the preferences table,
+// every row of which can be walked. Read-only, it changes nothing in the file or beside it.
+SqlitePreferencesStore::Outcome SqlitePreferencesStore::inspect(bool readOnly)
+{
+    const QFileInfo file(m_filePath);
+    if (!file.exists() || file.size() == 0)
+        return Outcome::Ready;
+    if (isForeignFile(m_filePath))
+        return Outcome::Unreadable;
+    const Outcome opened = connect(readOnly);
+    if (opened != Outcome::Ready)
+        return opened;
+    const auto failure = [this](const QSqlQuery &query) {
+        m_lastError = resultCode(query.lastError());
+        return m_lastError == sqliteCorrupt || m_lastError == sqliteNotADatabase || m_lastError == sqliteError
+            ? Outcome::Unreadable
+            : Outcome::Unavailable;
     };
+    QSqlQuery query(m_db);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT type, name FROM sqlite_schema")))
+        return failure(query);
+    bool hasTable = false;
+    while (query.next()) {
+        const QString name = query.value(1).toString();
+        if (name == QLatin1String("preferences"))
+            hasTable = true;
+        else if (name != QLatin1String("sqlite_autoindex_preferences_1"))
+            return Outcome::Unreadable;
+    }
+    if (query.lastError().isValid())
+        return failure(query);
+    if (!hasTable)
+        return Outcome::Ready;
+    // Another shape of table fails here; so does damage in the table itself.
+    if (!query.exec(QStringLiteral("SELECT key, kind, typeof(value) FROM preferences")))
+        return failure(query);
+    while (query.next()) {
+    }
+    if (query.lastError().isValid())
+        return failure(query);
+    return Outcome::Ready;
+}
 
+SqlitePreferencesStore::Outcome SqlitePreferencesStore::openWritable()
+{
+    const Outcome opened = connect(false);
+    if (opened != Outcome::Ready)
+        return opened;
     QSqlQuery setup(m_db);
-    // WAL with a full sync: each commit is one append to the log and one sync of it,
-    // whatever else the file holds.
-    for (const char *statement : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL",
-                                  "PRAGMA journal_size_limit=1048576"}) {
-        if (!setup.exec(QString::fromLatin1(statement)))
-            return failure(setup, true);
+    // WAL with a full sync: each commit is one append to the log and one sync of it, whatever
+    // else the file holds. The empty delete finds a file, folder or disk that refuses writes,
+    // which SQLite would otherwise open read-only without a word.
+    for (const char *statement :
+         {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL", "PRAGMA journal_size_limit=1048576",
+          "CREATE TABLE IF NOT EXISTS preferences (key TEXT PRIMARY KEY NOT NULL, kind TEXT NOT NULL, value)",
+          "BEGIN IMMEDIATE", "DELETE FROM preferences WHERE 0", "COMMIT"}) {
+        if (!setup.exec(QString::fromLatin1(statement))) {
+            m_lastError = resultCode(setup.lastError());
+            return Outcome::Unavailable;
+        }
     }
-    if (!setup.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS preferences "
-                                   "(key TEXT PRIMARY KEY NOT NULL, kind TEXT NOT NULL, value)")))
-        return failure(setup, true);
-    // A table of that name but another shape is someone else's file; walking the keys
-    // finds damage in the table itself.
-    if (!setup.exec(QStringLiteral("SELECT key, kind, typeof(value) FROM preferences")))
-        return failure(setup, false);
-    while (setup.next()) {
-    }
-    if (setup.lastError().isValid())
-        return failure(setup, true);
     setup.finish();
     return prepare() ? Outcome::Ready : Outcome::Unavailable;
+}
+
+SqlitePreferencesStore::Outcome SqlitePreferencesStore::connect(bool readOnly)
+{
+    m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
+    m_db.setDatabaseName(m_filePath);
+    if (readOnly)
+        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    if (m_db.open())
+        return Outcome::Ready;
+    m_lastError = resultCode(m_db.lastError());
+    return Outcome::Unavailable;
 }
 
 bool SqlitePreferencesStore::prepare()
@@ -172,38 +215,50 @@ void SqlitePreferencesStore::close()
 
 QVariant SqlitePreferencesStore::value(const QString &key) const
 {
+    if (const auto unsaved = m_unsaved.constFind(key); unsaved != m_unsaved.cend())
+        return unsaved->value_or(QVariant());
     if (!m_select)
         return {};
     m_select->bindValue(0, key);
     QVariant decoded;
-    if (m_select->exec() && m_select->next())
+    if (m_select->exec() && m_select->next()) {
         decoded = decodePreference(m_select->value(0).toString(), m_select->value(1));
+        if (!decoded.isValid())
+            m_unreadable.insert(key);
+    }
     // An unfinished read would hold its snapshot and keep the log from being folded back.
     m_select->finish();
     return decoded;
 }
 
+void SqlitePreferencesStore::noteUnreadable(const QString &key) const
+{
+    m_unreadable.insert(key);
+}
+
 bool SqlitePreferencesStore::setValue(const QString &key, const QVariant &value)
 {
-    const std::optional<EncodedPreference> encoded = encodePreference(value);
-    if (!encoded || !m_upsert)
+    if (!encodePreference(value))
         return false;
-    m_upsert->bindValue(0, key);
-    m_upsert->bindValue(1, encoded->kind);
-    m_upsert->bindValue(2, encoded->column);
-    const bool written = m_upsert->exec();
-    if (!written)
-        qWarning("Preferences: writing %s failed: %s", qPrintable(key), qPrintable(m_upsert->lastError().text()));
-    m_upsert->finish();
-    // Do not keep a large value alive through the bound parameter.
-    m_upsert->bindValue(2, QVariant());
-    return written;
+    if (writeRow(key, value)) {
+        m_unsaved.remove(key);
+        if (m_unsaved.isEmpty())
+            setProblem(WriteProblem::None);
+        return true;
+    }
+    m_unsaved.insert(key, value);
+    noteFailedWrite();
+    return false;
 }
 
 bool SqlitePreferencesStore::update(const QString &key, const Change &change)
 {
-    if (!m_upsert)
+    if (m_mode != Mode::ReadWrite) {
+        // Kept for this run and tried again like any other write.
+        if (const std::optional<QVariant> changed = change(value(key)))
+            setValue(key, *changed);
         return false;
+    }
     QSqlQuery control(m_db);
     // IMMEDIATE takes the write lock before the read, so another process's update waits for
     // this one to commit and then reads what it wrote.
@@ -218,7 +273,12 @@ bool SqlitePreferencesStore::update(const QString &key, const Change &change)
     }
     if (!control.exec(QStringLiteral("COMMIT"))) {
         qWarning("Preferences: updating %s failed: %s", qPrintable(key), qPrintable(control.lastError().text()));
+        m_lastError = resultCode(control.lastError());
         control.exec(QStringLiteral("ROLLBACK"));
+        if (changed) {
+            m_unsaved.insert(key, *changed);
+            noteFailedWrite();
+        }
         return false;
     }
     return true;
@@ -227,39 +287,125 @@ bool SqlitePreferencesStore::update(const QString &key, const Change &change)
 bool SqlitePreferencesStore::keepUnreadable(const QString &key, const QByteArray &bytes)
 {
     // A store in memory keeps nothing beyond this run anyway.
-    if (m_filePath.isEmpty())
-        return true;
-    QSaveFile file(unusedStampedName(m_filePath + QLatin1Char('.') + key + QStringLiteral(".unreadable-")));
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) {
-        qWarning("Preferences: the unreadable value of %s was kept as %s", qPrintable(key), qPrintable(file.fileName()));
-        return true;
-    }
-    qWarning("Preferences: the unreadable value of %s could not be kept: %s", qPrintable(key), qPrintable(file.errorString()));
-    return false;
+    return m_filePath.isEmpty() || setAsideValue(m_filePath, key, bytes);
 }
 
 bool SqlitePreferencesStore::remove(const QString &key)
 {
-    if (!m_delete)
+    if (writeRow(key, std::nullopt)) {
+        m_unsaved.remove(key);
+        if (m_unsaved.isEmpty())
+            setProblem(WriteProblem::None);
+        return true;
+    }
+    m_unsaved.insert(key, std::nullopt);
+    noteFailedWrite();
+    return false;
+}
+
+bool SqlitePreferencesStore::writeRow(const QString &key, const std::optional<QVariant> &value)
+{
+    if (m_mode != Mode::ReadWrite)
         return false;
-    m_delete->bindValue(0, key);
-    const bool removed = m_delete->exec();
-    if (!removed)
-        qWarning("Preferences: removing %s failed: %s", qPrintable(key), qPrintable(m_delete->lastError().text()));
-    m_delete->finish();
-    return removed;
+    m_lastError = 0;
+    if (m_unreadable.contains(key) && !keepStoredBytes(key))
+        return false;
+    QSqlQuery &query = value ? *m_upsert : *m_delete;
+    query.bindValue(0, key);
+    if (value) {
+        const std::optional<EncodedPreference> encoded = encodePreference(*value);
+        query.bindValue(1, encoded->kind);
+        query.bindValue(2, encoded->column);
+    }
+    const bool written = query.exec();
+    if (!written) {
+        m_lastError = resultCode(query.lastError());
+        qWarning("Preferences: writing %s failed: %s", qPrintable(key), qPrintable(query.lastError().text()));
+    }
+    query.finish();
+    // Do not keep a large value alive through the bound parameter.
+    if (value)
+        query.bindValue(2, QVariant());
+    return written;
+}
+
+// The exact bytes of a value nobody could read go to a file of their own before the row changes.
+bool SqlitePreferencesStore::keepStoredBytes(const QString &key)
+{
+    QSqlQuery query(m_db);
+    query.setForwardOnly(true);
+    if (!query.prepare(QStringLiteral("SELECT CAST(value AS BLOB) FROM preferences WHERE key = ?")))
+        return false;
+    query.bindValue(0, key);
+    if (!query.exec())
+        return false;
+    if (query.next() && !setAsideValue(m_filePath, key, query.value(0).toByteArray())) {
+        m_lastError = 0;
+        return false;
+    }
+    m_unreadable.remove(key);
+    return true;
+}
+
+bool SqlitePreferencesStore::retryWrites()
+{
+    if (m_mode != Mode::ReadWrite)
+        openFile(Access::ReadWrite);
+    for (const QString &key : m_unsaved.keys()) {
+        if (!writeRow(key, m_unsaved.value(key)))
+            break;
+        m_unsaved.remove(key);
+    }
+    if (m_unsaved.isEmpty() && m_mode == Mode::ReadWrite)
+        setProblem(WriteProblem::None);
+    else
+        noteFailedWrite();
+    return m_problem == WriteProblem::None;
+}
+
+// A store opened read-only or in memory keeps the reason found when it was opened.
+void SqlitePreferencesStore::noteFailedWrite()
+{
+    if (m_mode == Mode::ReadWrite)
+        setProblem(problemOf(m_lastError));
+}
+
+void SqlitePreferencesStore::setProblem(WriteProblem problem)
+{
+    if (m_problem == problem)
+        return;
+    m_problem = problem;
+    notifyWriteWatcher();
+}
+
+SqlitePreferencesStore::WriteProblem SqlitePreferencesStore::problemOf(int sqliteCode) const
+{
+    switch (sqliteCode) {
+    case sqliteReadOnly:
+    case sqlitePermission:
+        return WriteProblem::ReadOnly;
+    case sqliteFull:
+        return WriteProblem::DiskFull;
+    default:
+        return m_filePath.isEmpty() ? WriteProblem::Blocked : diagnoseStoreLocation(m_filePath);
+    }
 }
 
 QStringList SqlitePreferencesStore::keys() const
 {
     QStringList found;
-    if (!m_db.isOpen())
-        return found;
-    QSqlQuery query(m_db);
-    query.setForwardOnly(true);
-    if (query.exec(QStringLiteral("SELECT key FROM preferences"))) {
-        while (query.next())
-            found.append(query.value(0).toString());
+    if (m_db.isOpen()) {
+        QSqlQuery query(m_db);
+        query.setForwardOnly(true);
+        if (query.exec(QStringLiteral("SELECT key FROM preferences"))) {
+            while (query.next())
+                found.append(query.value(0).toString());
+        }
+    }
+    for (auto it = m_unsaved.cbegin(); it != m_unsaved.cend(); ++it) {
+        found.removeAll(it.key());
+        if (it.value())
+            found.append(it.key());
     }
     // SQLite orders by UTF-8 bytes; callers compare QStrings.
     found.sort();

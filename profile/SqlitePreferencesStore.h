@@ -2,24 +2,34 @@
 
 #include "profile/PreferencesStore.h"
 
+#include <QMap>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 // The preferences store as an SQLite file, one row per key. Each write is its own committed,
 // synced transaction, so it survives the process being killed the moment it returns, and it
 // touches only its own row, so its cost does not grow with other, larger values.
 //
-// A file that is not a usable store is renamed beside itself (never deleted) and a fresh
-// one takes its place. When no file can be used at all, values live in memory for this run.
+// A file that is not a store of ours (damaged, or another program's database) is moved aside
+// untouched (never deleted) and a fresh one takes its place. A store that exists but cannot
+// be written is opened read-only, so its values still show; when no file can be used at all,
+// values live in memory. Either way writes report failure and are kept to be tried again.
 class SqlitePreferencesStore : public PreferencesStore
 {
 public:
-    // The file "preferences.sqlite" in the application's data folder.
+    // How to open the file: ReadOnly opens it as it is when its folder, file or disk refuses
+    // writes, for a file that can be read.
+    enum class Access { ReadWrite, ReadOnly };
+
+    // The file "preferences.sqlite" in the data folder, moved there first from where earlier
+    // versions kept it.
     SqlitePreferencesStore();
-    explicit SqlitePreferencesStore(const QString &filePath);
+    explicit SqlitePreferencesStore(const QString &filePath, Access access = Access::ReadWrite);
     ~SqlitePreferencesStore() override;
 
     SqlitePreferencesStore(const SqlitePreferencesStore &) = delete;
@@ -32,23 +42,46 @@ public:
     bool remove(const QString &key) override;
     QStringList keys() const override;
 
+    WriteProblem writeProblem() const override { return m_problem; }
+    QString folder() const override;
+    bool retryWrites() override;
+    void noteUnreadable(const QString &key) const override;
+
     // The file in use; empty while values are only kept in memory.
-    QString filePath() const { return m_filePath; }
+    QString filePath() const { return m_mode == Mode::Memory ? QString() : m_filePath; }
 
     static QString defaultFilePath();
 
 private:
     enum class Outcome { Ready, Unreadable, Unavailable };
+    enum class Mode { Memory, ReadOnly, ReadWrite };
 
-    Outcome open(const QString &databaseName);
+    void openFile(Access access);
+    Outcome inspect(bool readOnly);
+    Outcome openWritable();
+    Outcome connect(bool readOnly);
     void close();
     bool prepare();
 
+    // One row written or removed (no value); false and the database error kept on failure.
+    bool writeRow(const QString &key, const std::optional<QVariant> &value);
+    bool keepStoredBytes(const QString &key);
+    void noteFailedWrite();
+    void setProblem(WriteProblem problem);
+    WriteProblem problemOf(int sqliteCode) const;
+
     QString m_connectionName;
     QString m_filePath;
+    Mode m_mode = Mode::Memory;
+    WriteProblem m_problem = WriteProblem::None;
+    int m_lastError = 0;
     QSqlDatabase m_db;
     // Prepared once: a code edit is written on every keystroke.
     std::unique_ptr<QSqlQuery> m_select;
     std::unique_ptr<QSqlQuery> m_upsert;
     std::unique_ptr<QSqlQuery> m_delete;
+    // Writes that have not reached the disk yet, newest value per key (none: a removal).
+    QMap<QString, std::optional<QVariant>> m_unsaved;
+    // Keys whose stored value could not be read; set aside before it is replaced.
+    mutable QSet<QString> m_unreadable;
 };

@@ -76,6 +76,7 @@ QtObject {
         "book.closed.fill": "\uea19",
         "sparkles": "\ue65f",
         "bubble.left.fill": "\ue0ca",
+        "exclamationmark.triangle": "\ue002",
         "square.and.arrow.up": "\ue6b8",
         "pencil": "\ue3c9",
         "hare.fill": "\ue9e4",

@@ -1,9 +1,12 @@
+#include "app/SingleInstance.h"
 #include "app/Studio.h"
 #include "curriculum/Missions.h"
 #include "profile/CompanionPictures.h"
 #include "support/StudioFixture.h"
 
 #include <QFile>
+#include <QLockFile>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -231,6 +234,99 @@ private slots:
         QCOMPARE(studio.code(), missions().first().starter);
         QVERIFY(studio.savePlayerName(QStringLiteral("Ada"))); // the store sets the old file aside
         QCOMPARE(store.string(QStringLiteral("playerName")), QStringLiteral("Ada"));
+    }
+
+    // A lock left by a killed studio does not block the start; a second start asks the first
+    // to come to the front and does not run.
+    void oneStudioAtATime()
+    {
+        QTemporaryDir folder;
+        const QString lockPath = folder.filePath(QStringLiteral("studio.lock"));
+        QByteArray lock;
+        {
+            QLockFile held(lockPath);
+            QVERIFY(held.tryLock(0));
+            QFile file(lockPath);
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            lock = file.readAll();
+        }
+        QProcess ended;
+        ended.start(QStringLiteral("true"));
+        QVERIFY(ended.waitForStarted());
+        const QByteArray deadPid = QByteArray::number(ended.processId());
+        QVERIFY(ended.waitForFinished());
+        QFile stale(lockPath);
+        QVERIFY(stale.open(QIODevice::WriteOnly));
+        stale.write(deadPid + lock.mid(lock.indexOf('\n')));
+        stale.close();
+
+        const QString socket = folder.filePath(QStringLiteral("studio.socket"));
+        SingleInstance first(lockPath, socket);
+        QSignalSpy raised(&first, &SingleInstance::activationRequested);
+        QVERIFY(first.claim());
+        SingleInstance second(lockPath, socket);
+        QVERIFY(!second.claim());
+        QTRY_COMPARE(raised.count(), 1);
+    }
+
+    // The child sees the real progress of a store that cannot be written, is told that work
+    // will not last, keeps typing, and the latest code is saved once writes succeed again.
+    void aStoreThatCannotBeWritten()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("preferences.sqlite"));
+        {
+            SqlitePreferencesStore store(path);
+            store.setIntegerArray(QStringLiteral("completed"), firstMissionsCompleted(2));
+        }
+        SqlitePreferencesStore store(path, SqlitePreferencesStore::Access::ReadOnly);
+        Studio studio(store, false);
+        QCOMPARE(studio.badges(), 2);
+        QVERIFY(!studio.canSave());
+        QVERIFY(studio.saveProblem().contains(folder.path()));
+        QSignalSpy notice(&studio, &Studio::canSaveChanged);
+        studio.setCode(QStringLiteral("fd 1"));
+        studio.setCode(QStringLiteral("fd 2"));
+        QCOMPARE(studio.code(), QStringLiteral("fd 2"));
+        QCOMPARE(SqlitePreferencesStore(path).string(QStringLiteral("code0")), std::nullopt);
+        studio.retrySaving();
+        QVERIFY(studio.canSave());
+        QCOMPARE(notice.count(), 1);
+        QCOMPARE(SqlitePreferencesStore(path).string(QStringLiteral("code0")), QStringLiteral("fd 2"));
+    }
+
+    // A stored value start-up could not use is copied, byte for byte, beside the store before
+    // anything replaces it.
+    void anUnreadableValueIsKeptBeforeItIsReplaced_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<QString>("replacedBy");
+        QTest::addColumn<QByteArray>("kept");
+        QTest::newRow("companion as text, written back at start")
+            << "turtle" << QVariant(QStringLiteral("2")) << "" << QByteArray("2");
+        QTest::newRow("progress as text, then a badge")
+            << "completed" << QVariant(QStringLiteral("0,1")) << "badge" << QByteArray("0,1");
+    }
+
+    void anUnreadableValueIsKeptBeforeItIsReplaced()
+    {
+        QFETCH(QString, key);
+        QFETCH(QVariant, stored);
+        QFETCH(QString, replacedBy);
+        QFETCH(QByteArray, kept);
+        QVERIFY(fixture->store.setValue(key, stored));
+        const auto studio = fixture->restart();
+        if (replacedBy == QLatin1String("badge")) {
+            studio->setCode(missions().first().solution);
+            stepToEnd(*studio);
+            QCOMPARE(studio->badges(), 1);
+        }
+        const QStringList files = QDir(fixture->folder.path()).entryList({QStringLiteral("preferences.sqlite.") + key + QStringLiteral(".unreadable-*")});
+        QCOMPARE(files.size(), 1);
+        QFile file(fixture->folder.filePath(files.first()));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), kept);
     }
 
     void welcomeChoosesWhereTheChildStarts_data()

@@ -1,3 +1,4 @@
+#include "profile/DataFolder.h"
 #include "profile/SqlitePreferencesStore.h"
 
 #include <QDir>
@@ -6,6 +7,7 @@
 #include <QPointF>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSqlQuery>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -50,13 +52,13 @@ bool write(PreferencesStore &store, Kind kind, const QString &key, const QVarian
     return false;
 }
 
-// The store files set aside beside storePath, without their journals.
+// The folders that whole stores were set aside in, beside storePath.
 QStringList setAsideFiles(const QString &storePath)
 {
     const QFileInfo file(storePath);
     const QRegularExpression name(QStringLiteral("^%1\\.unreadable-\\d{8}-\\d{6}(-\\d+)?$")
                                       .arg(QRegularExpression::escape(file.fileName())));
-    return file.dir().entryList(QDir::Files).filter(name);
+    return file.dir().entryList(QDir::AllEntries | QDir::NoDotAndDotDot).filter(name);
 }
 
 QByteArray randomBytes(int size, quint32 seed)
@@ -94,6 +96,22 @@ QByteArray damagedDatabase(const QString &folder)
     return bytes;
 }
 
+// Another program's SQLite file: a table of its own, no preferences.
+QByteArray foreignDatabase(const QString &folder)
+{
+    const QString path = folder + QStringLiteral("/foreign.sqlite");
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("foreign"));
+        db.setDatabaseName(path);
+        QSqlQuery query(db);
+        if (!db.open() || !query.exec(QStringLiteral("CREATE TABLE notes (text)"))
+            || !query.exec(QStringLiteral("INSERT INTO notes VALUES ('keep me')")))
+            return {};
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("foreign"));
+    return fileBytes(path);
+}
+
 qint64 lastReported(const QByteArray &output)
 {
     const qsizetype end = output.lastIndexOf('\n');
@@ -106,6 +124,7 @@ qint64 lastReported(const QByteArray &output)
 } // namespace
 
 Q_DECLARE_METATYPE(Kind)
+Q_DECLARE_METATYPE(PreferencesStore::WriteProblem)
 
 class TestStore : public QObject
 {
@@ -242,8 +261,8 @@ private slots:
         QVERIFY(QDir().mkpath(QFileInfo(empty).path()));
         QVERIFY(writeFile(empty, QByteArray()));
         QStandardPaths::setTestModeEnabled(true);
-        const QString folder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-        QVERIFY(!folder.isEmpty());
+        const QString folder = dataFolder();
+        QVERIFY(folder.endsWith(QStringLiteral("/org.marblecove.MarbleCove")));
         QCOMPARE(SqlitePreferencesStore::defaultFilePath(), folder + QStringLiteral("/preferences.sqlite"));
         {
             SqlitePreferencesStore first(missing);
@@ -265,24 +284,66 @@ private slots:
         QStandardPaths::setTestModeEnabled(false);
     }
 
+    // A store where earlier versions kept it moves to the data folder with its log; when the
+    // data folder cannot be made, the old store stays where it is and in use.
+    void movesTheStoreFromTheOldFolder_data()
+    {
+        QTest::addColumn<bool>("blocked");
+        QTest::newRow("moved") << false;
+        QTest::newRow("data folder blocked by a file") << true;
+    }
+
+    void movesTheStoreFromTheOldFolder()
+    {
+        QFETCH(bool, blocked);
+        QStandardPaths::setTestModeEnabled(true);
+        const QString legacy = legacyPreferencesFile();
+        QVERIFY(QDir().mkpath(QFileInfo(legacy).path()));
+        {
+            // Copied while open, the commit is still only in the log.
+            SqlitePreferencesStore old(freshPath());
+            QVERIFY(old.setString(QStringLiteral("playerName"), QStringLiteral("Ada")));
+            for (const QString suffix : {"", "-wal", "-shm"})
+                QVERIFY(QFile::copy(old.filePath() + suffix, legacy + suffix));
+        }
+        if (blocked)
+            QVERIFY(writeFile(dataFolder(), "in the way"));
+        {
+            SqlitePreferencesStore store;
+            QCOMPARE(store.filePath(), blocked ? legacy : SqlitePreferencesStore::defaultFilePath());
+            QCOMPARE(store.string(QStringLiteral("playerName")), QStringLiteral("Ada"));
+            QCOMPARE(QFileInfo::exists(legacy), blocked);
+            QCOMPARE(QFileInfo::exists(legacy + QStringLiteral("-wal")), blocked);
+        }
+        QFile::remove(dataFolder());
+        QDir(dataFolder()).removeRecursively();
+        QDir(QFileInfo(legacy).path()).removeRecursively();
+        QStandardPaths::setTestModeEnabled(false);
+    }
+
+    // Damaged stores and other programs' databases are moved aside untouched, with their log,
+    // into one folder; a move cut short after the log is finished into the same folder.
     void setsAsideUnreadableFile_data()
     {
         QTest::addColumn<QByteArray>("content");
-        // SQLite itself may empty a stale log beside a file with its header; others are never opened.
-        QTest::addColumn<bool>("logKept");
+        QTest::addColumn<bool>("cutShort");
 
-        QTest::newRow("random bytes") << randomBytes(8192, 1) << true;
+        QTest::newRow("random bytes") << randomBytes(8192, 1) << false;
         QTest::newRow("damaged database") << damagedDatabase(m_dir.path()) << false;
+        QTest::newRow("another program's database") << foreignDatabase(m_dir.path()) << false;
+        QTest::newRow("damaged, log already set aside") << damagedDatabase(m_dir.path()) << true;
     }
 
     void setsAsideUnreadableFile()
     {
         QFETCH(QByteArray, content);
-        QFETCH(bool, logKept);
+        QFETCH(bool, cutShort);
         const QString path = freshPath();
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        const QString earlier = path + QStringLiteral(".unreadable-20250101-000000");
+        QVERIFY(QDir().mkpath(cutShort ? earlier : QFileInfo(path).path()));
         QVERIFY(writeFile(path, content));
-        QVERIFY(writeFile(path + QStringLiteral("-wal"), QByteArray("stale log")));
+        const QString log = cutShort ? earlier + QStringLiteral("/preferences.sqlite-wal") : path + QStringLiteral("-wal");
+        QVERIFY(writeFile(log, QByteArray("stale log")));
         {
             SqlitePreferencesStore store(path);
             QCOMPARE(store.filePath(), path);
@@ -291,10 +352,9 @@ private slots:
         }
         const QStringList aside = setAsideFiles(path);
         QCOMPARE(aside.size(), 1);
-        const QString asidePath = QFileInfo(path).dir().filePath(aside.first());
+        const QString asidePath = QFileInfo(path).dir().filePath(aside.first()) + QStringLiteral("/preferences.sqlite");
         QCOMPARE(fileBytes(asidePath), content);
-        if (logKept)
-            QCOMPARE(fileBytes(asidePath + QStringLiteral("-wal")), QByteArray("stale log"));
+        QCOMPARE(fileBytes(asidePath + QStringLiteral("-wal")), QByteArray("stale log"));
         QVERIFY(!fileBytes(path + QStringLiteral("-wal")).contains("stale log"));
 
         SqlitePreferencesStore reopened(path);
@@ -306,23 +366,26 @@ private slots:
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<bool>("asRoot");
+        QTest::addColumn<PreferencesStore::WriteProblem>("problem");
+        using Problem = PreferencesStore::WriteProblem;
 
         const QString blocker = m_dir.filePath(QStringLiteral("blocker"));
         writeFile(blocker, QByteArray("not a folder"));
-        QTest::newRow("folder is a file") << blocker + QStringLiteral("/preferences.sqlite") << true;
+        QTest::newRow("folder is a file") << blocker + QStringLiteral("/preferences.sqlite") << true << Problem::Blocked;
         const QString folder = m_dir.filePath(QStringLiteral("a-folder"));
         QDir().mkpath(folder);
-        QTest::newRow("path is a folder") << folder << true;
+        QTest::newRow("path is a folder") << folder << true << Problem::Blocked;
         const QString locked = m_dir.filePath(QStringLiteral("locked"));
         QDir().mkpath(locked);
         QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner);
-        QTest::newRow("read-only folder") << locked + QStringLiteral("/preferences.sqlite") << false;
+        QTest::newRow("read-only folder") << locked + QStringLiteral("/preferences.sqlite") << false << Problem::ReadOnly;
     }
 
     void unusableLocation()
     {
         QFETCH(QString, path);
         QFETCH(bool, asRoot);
+        QFETCH(PreferencesStore::WriteProblem, problem);
         const QString probe = QFileInfo(path).path() + QStringLiteral("/probe");
         if (!asRoot && writeFile(probe, "x")) {
             QFile::remove(probe);
@@ -331,12 +394,33 @@ private slots:
         SqlitePreferencesStore store(path);
         QVERIFY(store.filePath().isEmpty());
         QVERIFY(store.keys().isEmpty());
-        QCOMPARE(store.integer(QStringLiteral("turtle")), 0);
-        // The run goes on with the values in memory.
-        QVERIFY(store.setInteger(QStringLiteral("turtle"), 2));
+        QCOMPARE(store.writeProblem(), problem);
+        // The run goes on with the values in memory, and the write says it did not reach the disk.
+        QVERIFY(!store.setInteger(QStringLiteral("turtle"), 2));
         QCOMPARE(store.integer(QStringLiteral("turtle")), 2);
+        QVERIFY(!store.retryWrites());
         QVERIFY(!QFileInfo(path).isFile());
         QVERIFY(setAsideFiles(path).isEmpty());
+    }
+
+    // A store that cannot be written still shows what it holds; an edit made meanwhile is
+    // kept for the run and written once the file takes writes again.
+    void readOnlyStore()
+    {
+        const QString path = freshPath();
+        QVERIFY(SqlitePreferencesStore(path).setString(QStringLiteral("code0"), QStringLiteral("fd 1")));
+        const QByteArray before = fileBytes(path);
+        SqlitePreferencesStore store(path, SqlitePreferencesStore::Access::ReadOnly);
+        QCOMPARE(store.filePath(), path);
+        QCOMPARE(store.writeProblem(), PreferencesStore::WriteProblem::ReadOnly);
+        QCOMPARE(store.string(QStringLiteral("code0")), QStringLiteral("fd 1"));
+        QVERIFY(!store.setString(QStringLiteral("code0"), QStringLiteral("fd 2")));
+        QVERIFY(!store.setString(QStringLiteral("code0"), QStringLiteral("fd 3")));
+        QCOMPARE(store.string(QStringLiteral("code0")), QStringLiteral("fd 3"));
+        QCOMPARE(fileBytes(path), before);
+        QVERIFY(store.retryWrites());
+        QCOMPARE(store.writeProblem(), PreferencesStore::WriteProblem::None);
+        QCOMPARE(SqlitePreferencesStore(path).string(QStringLiteral("code0")), QStringLiteral("fd 3"));
     }
 
     void keepsEveryReportedWriteAcrossKill();

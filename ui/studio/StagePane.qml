@@ -148,6 +148,52 @@ ColumnLayout {
         }
     }
 
+    // Stays while changes cannot reach the disk; the status line goes on as usual above it.
+    Rectangle {
+        objectName: "saveNotice"
+        visible: !Studio.canSave
+        Layout.fillWidth: true
+        implicitHeight: noticeText.implicitHeight + 20
+        radius: 12
+        color: Qt.rgba(1, 0.8, 0, 0.16)
+        border.color: Qt.rgba(1, 0.8, 0, 0.6)
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: noticeTitle.text
+
+        RowLayout {
+            id: noticeText
+            anchors.fill: parent
+            anchors.margins: 10
+            spacing: 8
+            SymbolIcon {
+                name: "exclamationmark.triangle"
+                size: 18
+                color: Theme.ink
+                Layout.alignment: Qt.AlignTop
+            }
+            ColumnLayout {
+                spacing: 2
+                Layout.fillWidth: true
+                Text {
+                    id: noticeTitle
+                    text: "I can’t save right now, so your work will be lost when you close me. Ask a grown-up to help."
+                    font.pixelSize: 14
+                    color: Theme.ink
+                    wrapMode: Text.WordWrap
+                    Layout.fillWidth: true
+                }
+                Text {
+                    objectName: "saveProblem"
+                    text: Studio.saveProblem
+                    font.pixelSize: 11
+                    color: Theme.secondary
+                    wrapMode: Text.WrapAnywhere
+                    Layout.fillWidth: true
+                }
+            }
+        }
+    }
+
     RowLayout {
         spacing: 10
         StudioButton {
