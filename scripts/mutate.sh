@@ -105,10 +105,16 @@ m "longer creation titles" app/StudioGallery.cpp tst_gallery \
   'constexpr int maxTitleLength = 80;' 'constexpr int maxTitleLength = 81;'
 m "saves a stale drawing" app/StudioGallery.cpp tst_gallery \
   '|| m_drawingSource.isEmpty() || m_drawingSource != m_code)' '|| m_drawingSource.isEmpty())'
+m "erase before the sheet has closed" app/StudioStartup.cpp "tst_startup tst_onboarding" \
+  'm_resetAfterProfileDismissal = true;' 'm_resetAfterProfileDismissal = true; finishProfileDismissal();'
 m "erase pattern unanchored" app/StudioStartup.cpp tst_startup \
   'QStringLiteral("\\Acode[0-9]+\\z")' 'QStringLiteral("^code[0-9]+$")'
 
 # --- screens ----------------------------------------------------------------------------------
+m "welcome closes on a click outside" ui/controls/Sheet.qml tst_onboarding \
+  ': Popup.NoAutoClose' ': Popup.CloseOnPressOutside'
+m "handbook example wording" ui/screens/GuideView.qml tst_side_screens \
+  '["width 8", "Make your next lines' '["width 9", "Make your next lines'
 m "surface repaints on equal value" ui/studio/DrawingSurface.cpp tst_surface \
   'if (field == value)' 'if (false)'
 m "Run button wording" ui/studio/EditorPane.qml tst_studio_ui \
