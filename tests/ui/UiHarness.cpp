@@ -80,14 +80,6 @@ UiHarness::~UiHarness()
     previousHandler = nullptr;
 }
 
-void UiHarness::seedReturningPlayer(const QList<qint64> &completed)
-{
-    m_store.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
-    m_store.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
-    if (!completed.isEmpty())
-        m_store.setIntegerArray(QStringLiteral("completed"), completed);
-}
-
 bool UiHarness::start()
 {
     m_studio = std::make_unique<Studio>(m_store, true);
@@ -339,9 +331,13 @@ bool UiHarness::fail(const QString &reason)
 
 bool UiTest::startReturning(const QList<qint64> &completed, const QByteArray &creations)
 {
-    ui->seedReturningPlayer(completed);
+    PreferencesStore &store = ui->store();
+    store.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
+    store.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
+    if (!completed.isEmpty())
+        store.setIntegerArray(QStringLiteral("completed"), completed);
     if (!creations.isEmpty())
-        ui->store().setData(QStringLiteral("creations"), creations);
+        store.setData(QStringLiteral("creations"), creations);
     return ui->start();
 }
 

@@ -29,8 +29,6 @@ public:
 
     // The store exists before the studio, so a test can arrange saved state first.
     PreferencesStore &store() { return m_store; }
-    // A child who has already met the studio, with these badges: the welcome flow stays closed.
-    void seedReturningPlayer(const QList<qint64> &completed = {});
 
     // Creates the Studio, loads the window and waits until it is on screen and active.
     [[nodiscard]] bool start();
@@ -97,7 +95,7 @@ class UiTest : public QObject
 protected:
     std::unique_ptr<UiHarness> ui;
 
-    // A returning child with these badges and this stored gallery.
+    // A child who has already met the studio (the welcome stays closed), with these badges and gallery.
     bool startReturning(const QList<qint64> &completed = {}, const QByteArray &creations = {});
     // Presses Run code and waits until the drawing has been carried out and judged.
     bool runToEnd(int timeoutMs = 5000);
