@@ -15,6 +15,7 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QVariantMap>
 
@@ -373,6 +374,9 @@ private:
     std::optional<quint64> m_task;
     quint64 m_runs = 0;
     QTimer m_pause;
+    // Since the run started, and when its next instruction (or its end) is due on that clock.
+    QElapsedTimer m_runClock;
+    qint64 m_nextDue = 0;
     bool m_switching = false;
     QList<Instruction> m_queue;
     QString m_queuedSource;

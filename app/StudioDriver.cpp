@@ -4,6 +4,7 @@
 #include "language/LogoParser.h"
 #include "turtle/CommandLabel.h"
 
+#include <algorithm>
 #include <chrono>
 
 bool Studio::prepare()
@@ -62,26 +63,34 @@ void Studio::run()
     setRunning(true);
     setMessage(turtleName() + QStringLiteral(" is following your code…"));
     m_task = ++m_runs;
+    m_runClock.start();
+    m_nextDue = 0;
     advanceRun();
 }
 
-// One beat of an animated run: the next instruction, then a pause of `speed`, or the end.
+// The run keeps time by the clock, not by beats: each wake-up carries out every instruction whose
+// moment has come, so a window slow to draw never slows the drawing down, then sleeps until the
+// next one is due. Instruction k is due one pause (`speed`, read afresh each time) after k - 1.
 void Studio::advanceRun()
 {
     if (!m_task)
         return;
     const quint64 thisRun = *m_task;
-    if (m_stepIndex >= m_queue.size()) {
-        m_task.reset();
-        setRunning(false);
-        finish();
-        return;
+    while (m_runClock.nsecsElapsed() >= m_nextDue) {
+        if (m_stepIndex >= m_queue.size()) {
+            m_task.reset();
+            setRunning(false);
+            finish();
+            return;
+        }
+        executeNext();
+        // Something reacting to the new stroke may have stopped or restarted the run.
+        if (m_task != thisRun)
+            return;
+        m_nextDue += qRound64(m_speed * 1e9);
     }
-    executeNext();
-    // Something reacting to the new stroke may have stopped or restarted the run.
-    if (m_task != thisRun)
-        return;
-    m_pause.start(std::chrono::milliseconds(qRound(m_speed * 1000)));
+    const qint64 wait = m_nextDue - m_runClock.nsecsElapsed();
+    m_pause.start(std::chrono::milliseconds(std::max<qint64>(0, (wait + 999999) / 1000000)));
 }
 
 void Studio::stop()

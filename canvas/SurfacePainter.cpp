@@ -31,6 +31,33 @@ QColor faded(QColor color, float opacity)
     return color;
 }
 
+QPainterPath framePath(QSizeF size)
+{
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF(QPointF(0, 0), size), cornerRadius, cornerRadius);
+    return frame;
+}
+
+// Every layer starts from the same painter settings, so painting the layers apart gives the
+// same pixels as painting them together.
+void startLayer(QPainter &painter)
+{
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.setOpacity(1);
+}
+
+void clipToFrame(QPainter &painter, QSizeF size)
+{
+    painter.setClipPath(framePath(size), painter.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
+}
+
+bool paintable(QSizeF size)
+{
+    return size.width() > 0 && size.height() > 0;
+}
+
 } // namespace
 
 SurfaceFit fitSurface(QSizeF size, const QList<Stroke> &bounds, const QList<Stroke> &ghost)
@@ -61,36 +88,25 @@ SurfaceFit fitSurface(QSizeF size, const QList<Stroke> &bounds, const QList<Stro
     return fit;
 }
 
-void paintSurface(QPainter &painter, QSizeF size, const SurfaceInputs &inputs)
+void paintSurfaceBackdrop(QPainter &painter, QSizeF size, const SurfaceInputs &inputs, const SurfaceFit &fit)
 {
-    const double width = size.width();
-    const double height = size.height();
-    if (!(width > 0 && height > 0))
+    if (!paintable(size))
         return;
-
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, true);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setOpacity(1);
-
-    QPainterPath frame;
-    frame.addRoundedRect(QRectF(QPointF(0, 0), size), cornerRadius, cornerRadius);
+    startLayer(painter);
     // Filled before clipping, so the corners' smooth edge is not faded a second time by the clip.
-    painter.fillPath(frame, inputs.background);
-    painter.setClipPath(frame, painter.hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
+    painter.fillPath(framePath(size), inputs.background);
+    clipToFrame(painter, size);
 
     // Grid dots are in view points: they stay put whatever the drawing's scale.
     if (inputs.grid) {
         QPainterPath dots;
-        for (int y = gridStart; y < height; y += gridStep) {
-            for (int x = gridStart; x < width; x += gridStep)
+        for (int y = gridStart; y < size.height(); y += gridStep) {
+            for (int x = gridStart; x < size.width(); x += gridStep)
                 dots.addEllipse(QRectF(x, y, dotSize, dotSize));
         }
         painter.fillPath(dots, faded(colors::ink, 0.1f));
     }
-
-    const SurfaceFit fit = fitSurface(size, inputs.bounds, inputs.ghost);
 
     if (!inputs.ghost.isEmpty()) {
         QPen guide(faded(colors::ink, 0.19f), 2, Qt::CustomDashLine, Qt::RoundCap, Qt::RoundJoin);
@@ -101,26 +117,49 @@ void paintSurface(QPainter &painter, QSizeF size, const SurfaceInputs &inputs)
         for (const Stroke &stroke : inputs.ghost)
             painter.drawLine(fit.map(stroke.from), fit.map(stroke.to));
     }
+    painter.restore();
+}
 
+void paintSurfaceStrokes(QPainter &painter, QSizeF size, const SurfaceFit &fit, std::span<const Stroke> strokes)
+{
+    if (!paintable(size) || strokes.empty())
+        return;
+    painter.save();
+    startLayer(painter);
+    clipToFrame(painter, size);
     QPen pen(Qt::SolidLine);
     pen.setCapStyle(Qt::RoundCap);
     pen.setJoinStyle(Qt::RoundJoin);
     pen.setMiterLimit(10);
-    for (const Stroke &stroke : inputs.strokes) {
+    for (const Stroke &stroke : strokes) {
         pen.setColor(strokeColor(stroke.color));
         // At least one point, so thin lines survive a large drawing scaled down (and 0 would be cosmetic).
         pen.setWidthF(std::max(1.0, stroke.width * fit.scale));
         painter.setPen(pen);
         painter.drawLine(fit.map(stroke.from), fit.map(stroke.to));
     }
-
-    if (inputs.point && !inputs.turtle.isNull()) {
-        // Multiply lets the picture's white background vanish into the canvas colour.
-        painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-        painter.translate(fit.map(*inputs.point));
-        painter.rotate(inputs.heading);
-        painter.drawImage(QRectF(-turtleSize / 2, -turtleSize / 2, turtleSize, turtleSize), inputs.turtle);
-    }
-
     painter.restore();
+}
+
+void paintSurfaceTurtle(QPainter &painter, QSizeF size, const SurfaceFit &fit, const SurfaceInputs &inputs)
+{
+    if (!paintable(size) || !inputs.point || inputs.turtle.isNull())
+        return;
+    painter.save();
+    startLayer(painter);
+    clipToFrame(painter, size);
+    // Multiply lets the picture's white background vanish into the canvas colour.
+    painter.setCompositionMode(QPainter::CompositionMode_Multiply);
+    painter.translate(fit.map(*inputs.point));
+    painter.rotate(inputs.heading);
+    painter.drawImage(QRectF(-turtleSize / 2, -turtleSize / 2, turtleSize, turtleSize), inputs.turtle);
+    painter.restore();
+}
+
+void paintSurface(QPainter &painter, QSizeF size, const SurfaceInputs &inputs)
+{
+    const SurfaceFit fit = fitSurface(size, inputs.bounds, inputs.ghost);
+    paintSurfaceBackdrop(painter, size, inputs, fit);
+    paintSurfaceStrokes(painter, size, fit, inputs.strokes);
+    paintSurfaceTurtle(painter, size, fit, inputs);
 }

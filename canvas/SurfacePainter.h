@@ -9,6 +9,7 @@
 #include <QSizeF>
 
 #include <optional>
+#include <span>
 
 class QPainter;
 
@@ -39,11 +40,22 @@ struct SurfaceFit
     {
         return {offsetX + turtlePoint.x() * scale, offsetY + turtlePoint.y() * scale};
     }
+
+    bool operator==(const SurfaceFit &) const = default;
 };
 
 // Fits `bounds`, `ghost` and the origin, never less than the empty drawing's box, with a
 // 35-point margin on every side.
 SurfaceFit fitSurface(QSizeF size, const QList<Stroke> &bounds, const QList<Stroke> &ghost);
 
-// Paints the whole surface into the rectangle (0, 0, size); the painter's state is restored after.
+// Paints the whole surface into the rectangle (0, 0, size): the backdrop, the strokes, the turtle.
+// The painter's state is restored after each.
 void paintSurface(QPainter &painter, QSizeF size, const SurfaceInputs &inputs);
+
+// The three layers of paintSurface, for a view that keeps the first two between frames.
+// Background, rounded frame, grid and guide.
+void paintSurfaceBackdrop(QPainter &painter, QSizeF size, const SurfaceInputs &inputs, const SurfaceFit &fit);
+// Strokes in order, over what is already there.
+void paintSurfaceStrokes(QPainter &painter, QSizeF size, const SurfaceFit &fit, std::span<const Stroke> strokes);
+// The companion at its point and heading, when both are there.
+void paintSurfaceTurtle(QPainter &painter, QSizeF size, const SurfaceFit &fit, const SurfaceInputs &inputs);

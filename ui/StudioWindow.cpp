@@ -4,11 +4,44 @@
 
 #include "app/Studio.h"
 
+#include <QDir>
+#include <QFile>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QSGRendererInterface>
+
+namespace {
+
+// Whether the only OpenGL here can be a software rasteriser: Mesa told to rasterise in software,
+// or no GPU device to drive. Looked up in the environment and /dev, so it costs no start-up time.
+bool softwareRasteriserOnly()
+{
+    if (qEnvironmentVariableIntValue("LIBGL_ALWAYS_SOFTWARE") != 0)
+        return true;
+    const QByteArray gallium = qgetenv("GALLIUM_DRIVER");
+    if (gallium == "llvmpipe" || gallium == "softpipe" || gallium == "swrast")
+        return true;
+    const QStringList devices = QDir(QStringLiteral("/dev/dri")).entryList({QStringLiteral("card*"), QStringLiteral("renderD*")},
+                                                                         QDir::System);
+    return devices.isEmpty() && !QFile::exists(QStringLiteral("/dev/nvidia0"));
+}
+
+} // namespace
+
+// OpenGL through a software rasteriser spends tens of milliseconds on every frame and compiles
+// shaders at start-up; Qt Quick's own software renderer draws the same screens in a few and
+// repaints only what changed. A real GPU keeps the default, and a renderer the user names wins.
+void prepareRenderer()
+{
+    if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        return;
+    if (softwareRasteriserOnly())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
 
 QQuickWindow *loadStudioWindow(QQmlApplicationEngine &engine, Studio &studio)
 {
+    prepareRenderer();
     StudioSingleton::setInstance(&studio);
     // Qt 6.4 keeps the module's files under qrc:/MarbleCove/ and does not look there by itself.
     engine.addImportPath(QStringLiteral("qrc:/"));

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMetaProperty>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -404,6 +405,61 @@ private slots:
                                     line({100, 0}, {100, 120}, "red", 2)};
         const SurfaceFit fit{2, 0, 20};
         QCOMPARE(strokeAt(strokes, fit, click, 8), stroke);
+    }
+
+    // The item keeps what it painted and adds only new strokes; whatever happens to its inputs,
+    // what it shows must be what one full paint of the same inputs shows.
+    void itemKeepsTheFullPicture()
+    {
+        DrawingSurface item;
+        item.setSize(QSizeF(900, 340));
+        QImage picture(8, 8, QImage::Format_ARGB32);
+        picture.fill(QColor(90, 90, 90));
+        item.setTurtle(picture);
+        item.setHasPoint(true);
+        item.setGrid(true);
+        item.setGhost({line({0, 0}, {-100, 40}), line({-100, 40}, {50, -150})});
+
+        QRandomGenerator random(17);
+        const QStringList colours = palette().keys();
+        QList<Stroke> drawing;
+        QPointF at(0, 0);
+        for (int i = 0; i < 2000; ++i) {
+            const QPointF next(random.bounded(-300, 300), random.bounded(-250, 150));
+            drawing.append(line(at, next, colours.at(random.bounded(int(colours.size()))), random.bounded(1, 30)));
+            at = next;
+        }
+        item.setBounds(drawing);
+
+        const auto paintItem = [&item] {
+            const QSize size = item.size().toSize();
+            return paintedOn(size, [&item](QPainter &painter) { item.paint(&painter); });
+        };
+        const auto expectFullPaint = [&] {
+            SurfaceInputs inputs = item.inputs();
+            QCOMPARE(paintItem(), render(item.size().toSize(), inputs));
+        };
+        // A run: the drawing grows a few strokes per frame while the turtle moves.
+        for (qsizetype shown = 0; shown < drawing.size(); shown += 1 + random.bounded(60)) {
+            item.setStrokes(drawing.first(shown));
+            item.setPoint(drawing.at(shown).from);
+            item.setHeading(shown * 7);
+            paintItem();
+        }
+        item.setStrokes(drawing);
+        expectFullPaint();
+        item.setSize(QSizeF(640, 300));
+        expectFullPaint();
+        item.setBackground(meadow);
+        expectFullPaint();
+        item.setGhost({});
+        expectFullPaint();
+        // A drawing that shrinks or changes (a new run) is not an extension of what was painted.
+        item.setStrokes(drawing.first(10));
+        expectFullPaint();
+        drawing[5].color = QStringLiteral("sparkly");
+        item.setStrokes(drawing.first(12));
+        expectFullPaint();
     }
 };
 

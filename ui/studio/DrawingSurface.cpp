@@ -1,6 +1,10 @@
 #include "ui/studio/DrawingSurface.h"
 
+#include <QPaintDevice>
 #include <QPainter>
+
+#include <algorithm>
+#include <span>
 
 DrawingSurface::DrawingSurface(QQuickItem *parent) : QQuickPaintedItem(parent)
 {
@@ -18,9 +22,45 @@ SurfaceInputs DrawingSurface::inputs() const
     return inputs;
 }
 
+// The picture is kept in two parts: a layer holding the backdrop and every stroke painted so far,
+// and the turtle drawn over it each frame. While a drawing only grows, a frame paints just its new
+// strokes onto the layer; anything else (size, pixel ratio, scale, colours, grid, guide, a drawing
+// that changed rather than grew) paints the layer afresh. The layer is painted by the same
+// functions as a full paint, with the same transform, so the pixels are the same.
 void DrawingSurface::paint(QPainter *painter)
 {
-    paintSurface(*painter, size(), inputs());
+    const SurfaceInputs shown = inputs();
+    const SurfaceFit fit = fitSurface(size(), shown.bounds, shown.ghost);
+    const QPaintDevice *device = painter->device();
+    const LayerKey key{QSize(device->width(), device->height()), device->devicePixelRatioF(),
+                       painter->worldTransform(), size(), fit, shown.background, shown.grid, shown.ghost};
+
+    const bool grows = key == m_layerKey && shown.strokes.size() >= m_layered.size()
+        && std::equal(m_layered.cbegin(), m_layered.cend(), shown.strokes.cbegin());
+    if (!grows) {
+        m_layerKey = key;
+        m_layered.clear();
+        m_layer = QImage(key.pixels, QImage::Format_ARGB32_Premultiplied);
+        m_layer.setDevicePixelRatio(key.pixelRatio);
+        m_layer.fill(Qt::transparent);
+    }
+    if (m_layer.isNull())
+        return;
+    if (!grows || shown.strokes.size() > m_layered.size()) {
+        QPainter onLayer(&m_layer);
+        onLayer.setWorldTransform(key.transform);
+        if (!grows)
+            paintSurfaceBackdrop(onLayer, size(), shown, fit);
+        paintSurfaceStrokes(onLayer, size(), fit, std::span(shown.strokes).subspan(m_layered.size()));
+        m_layered = shown.strokes;
+    }
+
+    painter->save();
+    painter->resetTransform();
+    painter->setCompositionMode(QPainter::CompositionMode_Source);
+    painter->drawImage(QPointF(0, 0), m_layer);
+    painter->restore();
+    paintSurfaceTurtle(*painter, size(), fit, shown);
 }
 
 namespace {

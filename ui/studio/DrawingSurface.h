@@ -8,9 +8,11 @@
 #include <QList>
 #include <QPointF>
 #include <QQuickPaintedItem>
+#include <QTransform>
 #include <QtQml/qqmlregistration.h>
 
-// The view of a turtle drawing: a passive item that repaints whenever one of its inputs changes.
+// The view of a turtle drawing: a passive item that repaints whenever one of its inputs changes,
+// painting only the strokes that are new since its last frame.
 class DrawingSurface : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -67,8 +69,27 @@ signals:
     void gridChanged();
 
 private:
+    // What the kept layer was painted for; any difference paints it afresh.
+    struct LayerKey
+    {
+        QSize pixels;
+        qreal pixelRatio = 0;
+        QTransform transform;
+        QSizeF size;
+        SurfaceFit fit;
+        QColor background;
+        bool grid = false;
+        QList<Stroke> ghost;
+
+        bool operator==(const LayerKey &) const = default;
+    };
+
     // Every input but the point, which is kept apart so it survives being hidden.
     SurfaceInputs m_inputs;
     QPointF m_point;
     bool m_hasPoint = false;
+    // The backdrop and the strokes `m_layered`, at the painter's own pixels.
+    QImage m_layer;
+    LayerKey m_layerKey;
+    QList<Stroke> m_layered;
 };
