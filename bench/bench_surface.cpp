@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <vector>
 
 namespace {
@@ -82,6 +83,38 @@ void surfaceFrameStage(benchmark::State &state)
                        themes().at(2).color, true});
 }
 
+// A stage frame during a run, as the drawing surface makes it: one new stroke onto the kept
+// layer of 2,000, the layer copied into the frame, the turtle over it.
+void surfaceFrameGrowing(benchmark::State &state)
+{
+    const QList<Stroke> drawing = drawingOf(mostStrokes);
+    const QList<Stroke> target = drawingOf(200);
+    const SurfaceInputs inputs{drawing, target, drawing + target, drawing.last().to, companion(), 61.0 * mostStrokes,
+                               themes().at(2).color, true};
+    const QSizeF size(900, 340);
+    const SurfaceFit fit = fitSurface(size, inputs.bounds, inputs.ghost);
+    QImage layer(size.toSize(), QImage::Format_ARGB32_Premultiplied);
+    layer.fill(Qt::transparent);
+    {
+        QPainter painter(&layer);
+        paintSurfaceBackdrop(painter, size, inputs, fit);
+        paintSurfaceStrokes(painter, size, fit, inputs.strokes);
+    }
+    QImage frame(layer.size(), QImage::Format_ARGB32_Premultiplied);
+    qsizetype next = 0;
+    for (auto _ : state) {
+        QPainter onLayer(&layer);
+        paintSurfaceStrokes(onLayer, size, fit, std::span(drawing).subspan(next++ % drawing.size(), 1));
+        onLayer.end();
+        QPainter painter(&frame);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(QPointF(0, 0), layer);
+        paintSurfaceTurtle(painter, size, fit, inputs);
+        painter.end();
+        benchmark::DoNotOptimize(frame.constBits());
+    }
+}
+
 // Render and PNG encoding, as the export button does before writing the file.
 void pictureExport(benchmark::State &state)
 {
@@ -107,5 +140,6 @@ void pictureRender(benchmark::State &state)
 
 BENCHMARK(surfaceFrameStrokes)->Unit(benchmark::kMillisecond)->ComputeStatistics("p95", percentile95);
 BENCHMARK(surfaceFrameStage)->Unit(benchmark::kMillisecond)->ComputeStatistics("p95", percentile95);
+BENCHMARK(surfaceFrameGrowing)->Unit(benchmark::kMillisecond)->ComputeStatistics("p95", percentile95);
 BENCHMARK(pictureExport)->Unit(benchmark::kMillisecond)->ComputeStatistics("p95", percentile95);
 BENCHMARK(pictureRender)->Unit(benchmark::kMillisecond)->ComputeStatistics("p95", percentile95);

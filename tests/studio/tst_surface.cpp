@@ -311,6 +311,19 @@ private slots:
         QCOMPARE(stray, 0);
     }
 
+    // The picture is painted in parts at once; together they must be one paint's pixels.
+    void exportIsOnePaint()
+    {
+        QList<Stroke> drawing;
+        for (int i = 0; i < 300; ++i)
+            drawing.append(line({i * 1.7 - 250, -200 + i * 1.3}, {250 - i * 1.1, 150 - i * 0.9}, "blue", 1 + i % 25));
+        SurfaceInputs inputs;
+        inputs.strokes = drawing;
+        inputs.bounds = drawing;
+        inputs.background = meadow;
+        QCOMPARE(renderPicture(drawing, meadow).convertToFormat(QImage::Format_ARGB32), render(pictureSize, inputs));
+    }
+
     void writeReplacesAndRefuses()
     {
         QTemporaryDir folder;
