@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
+#include <QUrl>
 #include <QtDebug>
 
 #include <atomic>
@@ -82,11 +83,11 @@ void SqlitePreferencesStore::openFile(Access access)
     }
     const QFileInfo file(m_filePath);
     if (access == Access::ReadWrite && QDir().mkpath(file.absolutePath())) {
-        Outcome outcome = inspect(true);
+        Outcome outcome = inspect(Connection::ReadOnly);
         if (outcome == Outcome::Unavailable && m_lastError == sqliteReadOnly) {
             // The log of a writer that was killed can only be taken up by a writer.
             close();
-            outcome = inspect(false);
+            outcome = inspect(Connection::ReadWrite);
         }
         // Moved while still open: a writer's last checkpoint then goes into the moved files.
         if (outcome == Outcome::Unreadable)
@@ -102,11 +103,22 @@ void SqlitePreferencesStore::openFile(Access access)
         }
         close();
     }
-    // A store that cannot be written still shows the child's progress and drawings.
-    if (QFileInfo(m_filePath).isFile() && inspect(true) == Outcome::Ready && prepare())
-        m_mode = Mode::ReadOnly;
-    else
-        close();
+    // A store that cannot be written still shows the child's progress and drawings. Where not
+    // even the log's index can be made (a read-only folder or mount, a full disk), the file is
+    // read as it stands.
+    const int writeError = m_lastError;
+    if (QFileInfo(m_filePath).isFile()) {
+        Outcome outcome = inspect(Connection::ReadOnly);
+        if (outcome == Outcome::Unavailable) {
+            close();
+            outcome = inspect(Connection::Immutable);
+        }
+        if (outcome == Outcome::Ready && prepare())
+            m_mode = Mode::ReadOnly;
+        else
+            close();
+    }
+    m_lastError = writeError;
     if (m_mode == Mode::Memory)
         qWarning("Preferences: %s cannot be used; changes are kept for this run only (SQLite result %d)", qPrintable(m_filePath), m_lastError);
     setProblem(access == Access::ReadOnly ? WriteProblem::ReadOnly : problemOf(m_lastError));
@@ -114,14 +126,14 @@ void SqlitePreferencesStore::openFile(Access access)
 
 // Opens the file and checks that it is a store of ours: nothing but the preferences table,
 // every row of which can be walked. Read-only, it changes nothing in the file or beside it.
-SqlitePreferencesStore::Outcome SqlitePreferencesStore::inspect(bool readOnly)
+SqlitePreferencesStore::Outcome SqlitePreferencesStore::inspect(Connection how)
 {
     const QFileInfo file(m_filePath);
     if (!file.exists() || file.size() == 0)
         return Outcome::Ready;
     if (isForeignFile(m_filePath))
         return Outcome::Unreadable;
-    const Outcome opened = connect(readOnly);
+    const Outcome opened = connect(how);
     if (opened != Outcome::Ready)
         return opened;
     const auto failure = [this](const QSqlQuery &query) {
@@ -158,7 +170,7 @@ SqlitePreferencesStore::Outcome SqlitePreferencesStore::inspect(bool readOnly)
 
 SqlitePreferencesStore::Outcome SqlitePreferencesStore::openWritable()
 {
-    const Outcome opened = connect(false);
+    const Outcome opened = connect(Connection::ReadWrite);
     if (opened != Outcome::Ready)
         return opened;
     QSqlQuery setup(m_db);
@@ -178,12 +190,16 @@ SqlitePreferencesStore::Outcome SqlitePreferencesStore::openWritable()
     return prepare() ? Outcome::Ready : Outcome::Unavailable;
 }
 
-SqlitePreferencesStore::Outcome SqlitePreferencesStore::connect(bool readOnly)
+SqlitePreferencesStore::Outcome SqlitePreferencesStore::connect(Connection how)
 {
     m_db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_connectionName);
     m_db.setDatabaseName(m_filePath);
-    if (readOnly)
+    if (how == Connection::ReadOnly)
         m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    if (how == Connection::Immutable) {
+        m_db.setDatabaseName(QUrl::fromLocalFile(m_filePath).toString(QUrl::FullyEncoded) + QStringLiteral("?immutable=1"));
+        m_db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+    }
     if (m_db.open())
         return Outcome::Ready;
     m_lastError = resultCode(m_db.lastError());

@@ -57,9 +57,11 @@ private:
     enum class Mode { Memory, ReadOnly, ReadWrite };
 
     void openFile(Access access);
-    Outcome inspect(bool readOnly);
+    // Immutable reads the file alone, for when not even its log's index can be made.
+    enum class Connection { ReadWrite, ReadOnly, Immutable };
+    Outcome inspect(Connection how);
     Outcome openWritable();
-    Outcome connect(bool readOnly);
+    Outcome connect(Connection how);
     void close();
     bool prepare();
 

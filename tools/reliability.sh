@@ -72,13 +72,13 @@ row "damaged store with its log" "$seen | set aside: $kept"
 
 fresh second; run "$probe" seed
 if [ -x "$app" ]; then
-  run "$app" & first=$!
+  XDG_DATA_HOME="$data" XDG_RUNTIME_DIR="$home/run" QT_QPA_PLATFORM=offscreen "$app" 2>/dev/null & first=$!
   sleep 4
   start=$(date +%s%N); run timeout 20 "$app"; code=$?; took=$(( ($(date +%s%N) - start) / 1000000 ))
   alive=$(kill -0 $first 2>/dev/null && echo "first studio still running" || echo "first studio gone")
   row "a second start while the studio runs" "second start ends at once (exit $code, ${took} ms); $alive"
   kill -9 $first; wait $first 2>/dev/null
-  run "$app" & again=$!
+  XDG_DATA_HOME="$data" XDG_RUNTIME_DIR="$home/run" QT_QPA_PLATFORM=offscreen "$app" 2>/dev/null & again=$!
   sleep 4
   row "start after the studio was killed (stale lock)" "$(kill -0 $again 2>/dev/null && echo "the studio opens" || echo "the studio does NOT open")"
   kill $again; wait $again 2>/dev/null
