@@ -10,6 +10,8 @@
 # mutant is reported as not applied and left out of the rate. Builds go to MUTATE_BUILD (default
 # build-mutate), so the usual build/ stays as it is. Every planted fault is undone on exit, even on Ctrl-C.
 set -uo pipefail
+# Read whole before running, so that editing this file during a run cannot derail it.
+{
 cd "$(dirname "$0")/.."
 
 build=${MUTATE_BUILD:-build-mutate}
@@ -27,8 +29,8 @@ m "distance 10,000 refused" language/LogoParser.cpp tst_language \
   'std::abs(value) > 10000' 'std::abs(value) >= 10000'
 m "width 21 allowed" language/LogoParser.cpp tst_language \
   '(value < 1 || value > 20)' '(value < 1 || value > 21)'
-m "one level deeper nesting" language/LogoParser.cpp tst_language \
-  'if (depth > maxDepth)' 'if (depth > maxDepth + 1)'
+m "one level deeper nesting" language/LogoParser.h tst_language \
+  'static constexpr int maxDepth = 11;' 'static constexpr int maxDepth = 12;'
 m "REPEAT message wording" language/LogoParser.cpp tst_language \
   'Try a whole REPEAT number from 1 to 100.' 'Try a whole REPEAT number from 1 to 99.'
 
@@ -242,3 +244,5 @@ else
   echo "caught 0 of 0"
 fi
 for s in "${survivors[@]}"; do echo "survived: $s"; done
+exit
+}
