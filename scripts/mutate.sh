@@ -84,7 +84,7 @@ m "dates a second off" gallery/CreationCodec.cpp tst_gallery \
 m "step never finishes" app/StudioDriver.cpp tst_driver \
   'if (m_stepIndex == m_queue.size())' 'if (m_stepIndex == m_queue.size() + 1)'
 m "pause ten times shorter" app/StudioDriver.cpp tst_driver \
-  'qRound(m_speed * 1000)' 'qRound(m_speed * 100)'
+  'qRound64(m_speed * 1e9)' 'qRound64(m_speed * 1e8)'
 m "heading not announced" app/StudioTurtle.cpp tst_driver \
   'emit headingChanged();' ';'
 m "speed unbounded" app/Studio.cpp tst_driver \
