@@ -45,6 +45,10 @@ void tokenize(const QString &text, QStringList &tokens, QList<SourcePlace> &plac
         size_t operator()(QStringView view) const noexcept { return qHash(view); }
     };
     std::unordered_map<QStringView, QString, ViewHash> seen;
+    // A token and the space after it take at least two characters; growing both lists once
+    // instead of step by step keeps a long program from churning memory.
+    tokens.reserve(text.size() / 2 + 1);
+    places.reserve(text.size() / 2 + 1);
     int line = 0;
     qsizetype lineStart = 0;
     const auto addWord = [&](qsizetype from, qsizetype to) {
@@ -337,7 +341,6 @@ QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &inde
             }
             if (stack.isEmpty()) {
                 // Called from the main program: this call is the outermost one of everything it draws.
-                result.reserve(result.size() + expanded.value().size());
                 for (Instruction instruction : expanded.value()) {
                     instruction.callSite = place;
                     result.append(std::move(instruction));
