@@ -94,6 +94,15 @@ Rectangle {
                                 id: stage
                                 anchors.fill: parent
                                 anchors.margins: 18
+                                // The strokes the command at the editor's cursor drew stand out.
+                                emphasis: {
+                                    const place = editor.cursorPlace
+                                    if (place.line === undefined || Studio.running || Studio.strokes.length === 0)
+                                        return []
+                                    return Studio.code === Studio.drawingSource || Studio.stepIndex > 0
+                                        ? Studio.strokesMadeAt(place.line, place.column) : []
+                                }
+                                onStrokePicked: place => editor.selectPlace(place)
                                 onExportRequested: {
                                     exportDialog.selectedFile = exportDialog.currentFolder + "/Marble Cove creation.png"
                                     exportDialog.open()

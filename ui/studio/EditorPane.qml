@@ -36,15 +36,97 @@ ColumnLayout {
         color: Theme.secondary
     }
 
+    // Where the cursor stands as {line, column} while the child is in the editor, else empty.
+    readonly property var cursorPlace: editor.activeFocus ? highlighter.lineColumn(editor.cursorPosition) : ({})
+
+    // The area a place of the language covers in the editor, or an empty rectangle.
+    function wordArea(place) {
+        const start = place.line === undefined ? -1 : highlighter.position(place.line, place.column)
+        if (start < 0 || editor.length < 0)
+            return Qt.rect(0, 0, 0, 0)
+        const first = editor.positionToRectangle(start)
+        const last = editor.positionToRectangle(start + place.length)
+        const width = last.y === first.y ? last.x - first.x : editor.width - first.x
+        return Qt.rect(first.x, first.y, Math.max(width, 4), first.height)
+    }
+
+    function callPlace(place) {
+        return place.callLine === undefined ? ({})
+                                             : { line: place.callLine, column: place.callColumn, length: place.callLength }
+    }
+
+    // Scrolls the editor just enough to show an area.
+    function reveal(area) {
+        const view = editorScroll.contentItem
+        if (area.height <= 0 || !view)
+            return
+        if (area.y < view.contentY)
+            view.contentY = area.y
+        else if (area.y + area.height > view.contentY + view.height)
+            view.contentY = area.y + area.height - view.height
+    }
+
+    // A click on the drawing selects the command that drew the line.
+    function selectPlace(place) {
+        const start = highlighter.position(place.line, place.column)
+        if (start < 0)
+            return
+        editor.forceActiveFocus()
+        editor.select(start, start + place.length)
+        pane.reveal(pane.wordArea(place))
+    }
+
+    CodeHighlighter {
+        id: highlighter
+        document: editor.textDocument
+        colors: Theme.codeColors
+    }
+
+    Connections {
+        target: Studio
+        // The cursor goes to the word an error is about.
+        function onErrorPlaceChanged() {
+            const place = Studio.errorPlace
+            const start = place.line === undefined ? -1 : highlighter.position(place.line, place.column)
+            if (start < 0)
+                return
+            editor.cursorPosition = start
+            pane.reveal(pane.wordArea(place))
+        }
+    }
+
     Rectangle {
         Layout.fillWidth: true
         Layout.preferredHeight: 250
         radius: 12
         color: Theme.editorFill
 
+        LineGutter {
+            objectName: "lineGutter"
+            anchors.left: parent.left
+            anchors.top: editorScroll.top
+            anchors.bottom: editorScroll.bottom
+            width: 34
+            clip: true
+            document: editor.textDocument
+            contentY: editorScroll.contentItem ? (editorScroll.contentItem as Flickable).contentY : 0
+            color: Theme.gutterText
+            font.family: Theme.codeFont
+            font.pixelSize: 12
+        }
+
+        // Heard by screen readers when Run or Step meets an error: the message and its line.
+        Item {
+            objectName: "errorAnnouncement"
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: Studio.errorPlace.line === undefined ? "" : editor.Accessible.description
+        }
+
         ScrollView {
+            id: editorScroll
             anchors.fill: parent
             anchors.margins: 10
+            anchors.leftMargin: 38
             TextArea {
                 id: editor
                 objectName: "codeEditor"
@@ -59,7 +141,64 @@ ColumnLayout {
                 background: null
                 padding: 0
                 Accessible.name: "LOGO code editor"
+                Accessible.description: Studio.errorPlace.line === undefined ? ""
+                    : "Line " + (Studio.errorPlace.line + 1) + ": " + Studio.message
                 onTextChanged: if (text !== Studio.code) Studio.code = text
+
+                // Drawn under the text: the running word, its recipe call, the matching bracket.
+                Rectangle {
+                    objectName: "callMark"
+                    readonly property rect area: pane.wordArea(pane.callPlace(Studio.runPlace))
+                    visible: area.width > 0
+                    x: area.x; y: area.y; width: area.width; height: area.height
+                    radius: 3
+                    z: -1
+                    color: Theme.runningCall
+                }
+                Rectangle {
+                    objectName: "runMark"
+                    readonly property rect area: pane.wordArea(Studio.runPlace)
+                    visible: area.width > 0
+                    x: area.x; y: area.y; width: area.width; height: area.height
+                    radius: 3
+                    z: -1
+                    color: Theme.runningWord
+                    onAreaChanged: pane.reveal(area)
+                }
+                Repeater {
+                    model: {
+                        const pair = editor.activeFocus && editor.length >= 0 ? highlighter.bracketPair(editor.cursorPosition) : ({})
+                        return pair.at === undefined ? [] : [pair.at, pair.match]
+                    }
+                    Rectangle {
+                        required property int modelData
+                        readonly property rect area: editor.positionToRectangle(modelData)
+                        objectName: "bracketMark"
+                        x: area.x - 1; y: area.y; width: 12; height: area.height
+                        radius: 3
+                        z: -1
+                        color: Theme.bracketMatch
+                    }
+                }
+                Canvas {
+                    id: wave
+                    objectName: "errorMark"
+                    readonly property rect area: pane.wordArea(Studio.errorPlace)
+                    visible: area.width > 0
+                    x: area.x; y: area.y + area.height - 3; width: area.width; height: 5
+                    onWidthChanged: requestPaint()
+                    onPaint: {
+                        const context = getContext("2d")
+                        context.reset()
+                        context.strokeStyle = Theme.errorWave
+                        context.lineWidth = 1.5
+                        context.beginPath()
+                        context.moveTo(0, 4)
+                        for (let x = 2; x <= width + 2; x += 2)
+                            context.lineTo(x, x % 4 === 0 ? 4 : 1)
+                        context.stroke()
+                    }
+                }
             }
         }
     }
