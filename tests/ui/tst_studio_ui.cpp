@@ -5,6 +5,12 @@
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
 #include "curriculum/Worlds.h"
+#include "canvas/SurfacePainter.h"
+
+#include <QQuickTextDocument>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextLayout>
 
 #include <QQmlComponent>
 #include <QSignalSpy>
@@ -35,6 +41,22 @@ class StudioUiTest : public UiTest
     {
         const auto *border = ui->property(name, "border").value<QObject *>();
         return border ? border->property("width").toInt() : -1;
+    }
+
+    // The editor's text under a mark laid over it.
+    QString wordUnder(const QString &mark) const
+    {
+        QQuickItem *over = ui->item(mark);
+        QObject *editor = ui->find(u"codeEditor"_s);
+        if (!over || !over->isVisible())
+            return u"(no mark)"_s;
+        int from = -1, to = -1;
+        const qreal middle = over->y() + over->height() / 2;
+        QMetaObject::invokeMethod(editor, "positionAt", Q_RETURN_ARG(int, from), Q_ARG(qreal, over->x() + 1),
+                                  Q_ARG(qreal, middle));
+        QMetaObject::invokeMethod(editor, "positionAt", Q_RETURN_ARG(int, to),
+                                  Q_ARG(qreal, over->x() + over->width() - 1), Q_ARG(qreal, middle));
+        return ui->studio().code().mid(from, to - from + 1).trimmed();
     }
 
 private slots:
@@ -217,6 +239,61 @@ private slots:
         QCOMPARE(ui->text(u"statusLine"_s), u"Fresh canvas. Your code is still here."_s);
         QCOMPARE(ui->text(u"codeEditor"_s), program);
         QVERIFY(ui->studio().strokes().isEmpty());
+    }
+
+    // Words by role, the running word (and its recipe call) step by step, an error's mark until the next edit.
+    void codeMarks()
+    {
+        UI(startReturning());
+        UI(ui->replaceText(u"codeEditor"_s, u"to side fd 20 end\nside ; go\nrt 45 jump"_s));
+        const auto *document = ui->property(u"codeEditor"_s, "textDocument").value<QQuickTextDocument *>();
+        const QVariantMap colors = ui->property(u"codeHighlighter"_s, "colors").toMap();
+        QStringList roles;
+        for (const QTextLayout::FormatRange &range : document->textDocument()->begin().next().layout()->formats())
+            roles << colors.key(range.format.foreground().color().name());
+        QCOMPARE(roles, (QStringList{u"recipe"_s, u"comment"_s}));
+        UI(ui->click(u"runButton"_s));
+        QCOMPARE(wordUnder(u"errorMark"_s), u"jump"_s);
+        QCOMPARE(ui->property(u"codeEditor"_s, "cursorPosition").toInt(), 34);
+        UI(ui->click(u"codeEditor"_s));
+        UI(ui->type(u"x"_s));
+        QVERIFY(!ui->isShown(u"errorMark"_s));
+
+        UI(ui->replaceText(u"codeEditor"_s, u"to side fd 20 end\nside\nrt 45"_s));
+        UI(ui->click(u"stepButton"_s));
+        QCOMPARE(wordUnder(u"runMark"_s), u"fd"_s);
+        QCOMPARE(wordUnder(u"callMark"_s), u"side"_s);
+        UI(ui->click(u"stepButton"_s));
+        // The last step ends the series: no mark stays behind.
+        QVERIFY(!ui->isShown(u"runMark"_s));
+        QVERIFY(!ui->isShown(u"callMark"_s));
+    }
+
+    // A click on a line selects the command that drew it; a near miss shows what differs until the next edit.
+    void stageAndCode()
+    {
+        UI(startReturning({0, 1}));
+        UI(ui->click(u"mission_2"_s));
+        UI(ui->chooseSpeed(true));
+        UI(ui->replaceText(u"codeEditor"_s, u"repeat 3 [fd 100 rt 90]\nrt 90 pu fd 10 pd\nfd 100"_s));
+        QVERIFY(runToEnd());
+        QQuickItem *marks = ui->item(u"stageMarks"_s);
+        const QList<Stroke> strokes = ui->studio().strokes();
+        const SurfaceFit fit = fitSurface(marks->size(), ui->property(u"canvas"_s, "bounds").value<QList<Stroke>>(), {});
+        const QPointF middle = fit.map((strokes.at(3).from + strokes.at(3).to) / 2);
+        QTest::mouseClick(ui->window(), Qt::LeftButton, {}, marks->mapToScene(middle).toPoint());
+        QCOMPARE(ui->property(u"codeEditor"_s, "selectedText").toString(), u"fd"_s);
+        QCOMPARE(ui->property(u"codeEditor"_s, "selectionStart").toInt(), 42);
+
+        UI(ui->click(u"differenceButton"_s));
+        QVERIFY(ui->isShown(u"differenceLegend"_s));
+        QCOMPARE(ui->text(u"differenceSentence"_s), u"This shape does not close yet."_s);
+        QCOMPARE(ui->property(u"stageMarks"_s, "missing").value<QList<Stroke>>().size(), 2);
+        QCOMPARE(ui->text(u"statusLine"_s), nudge);
+        UI(ui->click(u"codeEditor"_s));
+        UI(ui->type(u" "_s));
+        QVERIFY(!ui->isShown(u"differenceLegend"_s));
+        QVERIFY(!ui->isShown(u"differenceButton"_s));
     }
 
     // Typing and a command chip each make the drawing stale; running again makes it saveable.

@@ -78,6 +78,7 @@ ColumnLayout {
 
     CodeHighlighter {
         id: highlighter
+        objectName: "codeHighlighter"
         document: editor.textDocument
         colors: Theme.codeColors
     }
