@@ -85,10 +85,23 @@ int main(int argc, char *argv[])
         studio.run();
         QTest::qWait(1200);
     });
+    shoot(QStringLiteral("code-error"), [&] {
+        studio.stop();
+        studio.setCode(QStringLiteral("to petal\n  repeat 3 [forward 60 right 120]\nend\nrepeat 6 [\n  petal\n  jump 60\n]\n"));
+        studio.run();
+    });
     shoot(QStringLiteral("celebration"), [&] {
         studio.stop();
         studio.setCode(missions().at(0).solution);
         stepToEnd(studio);
+    });
+    shoot(QStringLiteral("what-is-different"), [&] {
+        studio.setCelebration(false);
+        QTest::qWait(300);
+        studio.select(1);
+        studio.setCode(QStringLiteral("forward 100\nright 90\npenup forward 20 pendown\nforward 100\n"));
+        stepToEnd(studio);
+        studio.setShowDifference(true);
     });
     shoot(QStringLiteral("free-play"), [&] {
         studio.setCelebration(false);
