@@ -4,9 +4,11 @@
 #include "canvas/SurfacePainter.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFile>
 #include <QImageWriter>
 #include <QPainter>
+#include <QStandardPaths>
 
 #include <thread>
 
@@ -62,4 +64,12 @@ bool writePicture(const QString &path, const QByteArray &png)
     const bool written = file.write(png) == png.size();
     file.close();
     return written && file.error() == QFileDevice::NoError;
+}
+
+QString exportFolder()
+{
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    if (!pictures.isEmpty() && QDir().mkpath(pictures))
+        return pictures;
+    return QDir::homePath();
 }

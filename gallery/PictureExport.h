@@ -22,3 +22,7 @@ QByteArray pictureData(const QList<Stroke> &strokes, const QColor &background);
 
 // A plain (not atomic) write that replaces any file at `path`; false when it cannot be written.
 bool writePicture(const QString &path, const QByteArray &png);
+
+// Where the save dialog opens: the user's pictures folder, made when it is missing, else the
+// home folder. Always a folder that exists.
+QString exportFolder();

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTest>
@@ -110,7 +111,35 @@ int main(int argc, char *argv[])
         studio.setCode(QStringLiteral("color pink width 6\nrepeat 36 [\n  forward 120\n  right 170\n]\n"));
         stepToEnd(studio);
     });
+    // Long lines wrap in the editor, and after a run the view is where it was.
+    shoot(QStringLiteral("editor-long-lines"), [&] {
+        studio.setCelebration(false);
+        studio.setCode(QStringLiteral("; Two long sides, two short sides\nrepeat 2 [forward 160 right 90 forward 60 right 90]\n"
+                                      "  repeat 4 [forward 80 right 90]\n"));
+        stepToEnd(studio);
+    });
+    // Keyboard focus: the ring on the control Tab reached.
+    const auto focusOn = [&](const char *name) {
+        if (auto *item = qobject_cast<QQuickItem *>(root->findChild<QObject *>(QString::fromLatin1(name))))
+            item->forceActiveFocus(Qt::TabFocusReason);
+    };
+    shoot(QStringLiteral("focus-run-button"), [&] { focusOn("runButton"); });
+    shoot(QStringLiteral("focus-companion-card"), [&] { focusOn("companionCard_2"); });
+    shoot(QStringLiteral("world-picker-open"), [&] {
+        focusOn("worldPicker");
+        QTest::keyClick(window, Qt::Key_Space);
+        QTest::qWait(200);
+        QTest::keyClick(window, Qt::Key_Down);
+    });
+    shoot(QStringLiteral("theme-menu-open"), [&] {
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTest::qWait(200);
+        if (QObject *menu = root->findChild<QObject *>(QStringLiteral("themeMenu")))
+            QMetaObject::invokeMethod(menu, "open");
+    });
     shoot(QStringLiteral("save-dialog"), [&] {
+        if (QObject *menu = root->findChild<QObject *>(QStringLiteral("themeMenu")))
+            QMetaObject::invokeMethod(menu, "close");
         studio.setCreationTitle(QStringLiteral("My masterpiece"));
         studio.setSaving(true);
     });
@@ -143,9 +172,17 @@ int main(int argc, char *argv[])
         studio.setPlayerSettings(false);
         studio.setSaving(false);
         QTest::qWait(300);
-        if (QObject *dialog = engine.rootObjects().first()->findChild<QObject *>(QStringLiteral("exportDialog")))
-            QMetaObject::invokeMethod(dialog, "open");
+        if (QObject *dialog = root->findChild<QObject *>(QStringLiteral("exportDialog")))
+            QMetaObject::invokeMethod(dialog, "start");
     });
+    // The smallest window: the columns show that they go on.
+    shoot(QStringLiteral("smallest-window"), [&] {
+        if (QObject *dialog = root->findChild<QObject *>(QStringLiteral("exportDialog")))
+            QMetaObject::invokeMethod(dialog, "close");
+        window->resize(1100, 780);
+    });
+
+    window->resize(1380, 920);
 
     // The side sheets: world map, treasure shelf, gallery and handbook, in a few states.
     const auto closeSheets = [&] {

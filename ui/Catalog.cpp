@@ -3,7 +3,11 @@
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
 #include "curriculum/Worlds.h"
+#include "gallery/PictureExport.h"
 #include "profile/NameRules.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 Catalog::Catalog(QObject *parent)
     : QObject(parent)
@@ -51,6 +55,29 @@ QList<Stroke> Catalog::joinStrokes(const QList<Stroke> &first, const QList<Strok
 QString Catalog::localPath(const QUrl &url) const
 {
     return url.toLocalFile();
+}
+
+QUrl Catalog::exportFolder() const
+{
+    return QUrl::fromLocalFile(::exportFolder());
+}
+
+QUrl Catalog::fileIn(const QUrl &folder, const QString &name) const
+{
+    return QUrl::fromLocalFile(QDir(folder.toLocalFile()).filePath(name));
+}
+
+QString Catalog::fileName(const QUrl &file) const
+{
+    return QFileInfo(file.toLocalFile()).fileName();
+}
+
+bool Catalog::isFolderChoice(const QUrl &url) const
+{
+    const QString path = url.toLocalFile();
+    const QString suffix = QStringLiteral(".png");
+    return QFileInfo(path).isDir()
+           || (path.endsWith(suffix, Qt::CaseInsensitive) && QFileInfo(path.chopped(suffix.size())).isDir());
 }
 
 QString Catalog::cleanName(const QString &text) const

@@ -37,6 +37,13 @@ public:
     Q_INVOKABLE QString themeMenuLabel(int theme, int badges) const;
     Q_INVOKABLE QList<Stroke> joinStrokes(const QList<Stroke> &first, const QList<Stroke> &second) const;
     Q_INVOKABLE QString localPath(const QUrl &url) const;
+    // The folder the picture export opens on, made if it is missing.
+    Q_INVOKABLE QUrl exportFolder() const;
+    Q_INVOKABLE QUrl fileIn(const QUrl &folder, const QString &name) const;
+    Q_INVOKABLE QString fileName(const QUrl &file) const;
+    // Qt's own save dialog reports a folder the child clicks as the chosen file, with ".png"
+    // added: such a choice names a folder, not the picture.
+    Q_INVOKABLE bool isFolderChoice(const QUrl &url) const;
 
     // The name rules, for fields that show them while the child types.
     Q_INVOKABLE QString cleanName(const QString &text) const;

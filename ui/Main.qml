@@ -20,4 +20,11 @@ ApplicationWindow {
     palette.highlightedText: "white"
 
     ContentView { anchors.fill: parent }
+
+    // Every edit is already saved, so quitting needs no question.
+    Shortcut {
+        sequence: "Ctrl+Q"
+        context: Qt.ApplicationShortcut
+        onActivated: Qt.quit()
+    }
 }

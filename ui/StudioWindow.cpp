@@ -6,6 +6,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -43,6 +45,8 @@ QQuickWindow *loadStudioWindow(QQmlApplicationEngine &engine, Studio &studio)
 {
     prepareRenderer();
     StudioSingleton::setInstance(&studio);
+    // The logo stands for the app in the title bar, the task switcher and the dock.
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/MarbleCove/resources/MarbleCoveLogo.png")));
     // Qt 6.4 keeps the module's files under qrc:/MarbleCove/ and does not look there by itself.
     engine.addImportPath(QStringLiteral("qrc:/"));
     engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));

@@ -40,6 +40,14 @@ QtObject {
     readonly property color missingLine: "#0072b2"
     readonly property color extraLine: "#d55e00"
 
+    // The ring around the control that holds the keyboard focus.
+    readonly property color focusRing: violet
+    readonly property real focusRingWidth: 2
+    // A highlighted or hovered row of a menu, list or picker, and one being pressed.
+    readonly property color highlightFill: Qt.rgba(0.42, 0.28, 0.88, 0.12)
+    readonly property color pressedFill: Qt.rgba(0.42, 0.28, 0.88, 0.2)
+    // What dims the studio behind a sheet or a dialog.
+    readonly property color scrim: Qt.rgba(0.13, 0.16, 0.25, 0.28)
     // The platform's standard gray, for locked things and soft card fills.
     readonly property color gray: Qt.rgba(0.56, 0.56, 0.58, 1)
 
@@ -79,12 +87,13 @@ QtObject {
         "exclamationmark.triangle": "\ue002",
         "square.and.arrow.up": "\ue6b8",
         "pencil": "\ue3c9",
-        "hare.fill": "\ue9e4",
         "leaf.fill": "\uea35",
         "building.2.fill": "\ue7f1",
         "paintbrush.pointed.fill": "\ue3ae",
         "mountain.2.fill": "\ue3f7",
         "chevron.down": "\ue5cf",
+        "checkmark": "\ue5ca",
+        "arrow.turn.down.right": "\ue5da",
         "xmark": "\ue5cd",
         "star.fill": "\ue838",
         "hand.wave.fill": "\ue766",
@@ -94,6 +103,16 @@ QtObject {
         "checkmark.seal.fill": "\uef76",
         "paintpalette.fill": "\ue40a"
     })
+
+    // Symbols the icon font lacks, drawn from our own SVGs.
+    readonly property var symbolPictures: ({
+        "hare.fill": ":/MarbleCove/resources/symbols/hare.svg",
+        "tortoise.fill": ":/MarbleCove/resources/symbols/tortoise.svg"
+    })
+
+    function symbolPicture(name) {
+        return symbolPictures[name] !== undefined ? symbolPictures[name] : ""
+    }
 
     function symbol(name) {
         return symbols[name] !== undefined ? symbols[name] : ""

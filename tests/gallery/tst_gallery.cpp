@@ -2,14 +2,17 @@
 #include "curriculum/Missions.h"
 #include "curriculum/Themes.h"
 #include "gallery/CreationCodec.h"
+#include "gallery/PictureExport.h"
 #include "support/StudioFixture.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -401,6 +404,35 @@ private slots:
         studio.exportPNG(path);
         QCOMPARE(studio.message(), QStringLiteral("I couldn't save there. Try another folder."));
         QVERIFY(!QFile::exists(fixture->folder.filePath(QStringLiteral("no such folder"))));
+    }
+
+    // The save dialog opens on a folder that exists: the pictures folder, made on a fresh home,
+    // or the home folder when the pictures folder cannot be made.
+    void exportStartsInAFolderThatExists_data()
+    {
+        QTest::addColumn<bool>("blocked");
+        QTest::newRow("fresh home") << false;
+        QTest::newRow("pictures cannot be made") << true;
+    }
+
+    void exportStartsInAFolderThatExists()
+    {
+        QFETCH(bool, blocked);
+        QTemporaryDir home;
+        const QByteArray oldHome = qgetenv("HOME");
+        const QByteArray oldConfig = qgetenv("XDG_CONFIG_HOME");
+        qputenv("HOME", home.path().toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());
+        const QString pictures = home.filePath(QStringLiteral("Pictures"));
+        if (blocked) {
+            QFile file(pictures);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        const QString folder = exportFolder();
+        qputenv("HOME", oldHome);
+        qputenv("XDG_CONFIG_HOME", oldConfig);
+        QCOMPARE(folder, blocked ? home.path() : pictures);
+        QVERIFY(QFileInfo(folder).isDir());
     }
 
     void eraseEmptiesTheGallery()

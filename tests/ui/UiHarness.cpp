@@ -71,6 +71,9 @@ UiHarness::UiHarness()
 {
     takeWarnings();
     previousHandler = qInstallMessageHandler(recordingHandler);
+    // A home of the test's own: the picture export makes its pictures folder there.
+    qputenv("HOME", m_folder.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", m_folder.filePath(QStringLiteral("config")).toLocal8Bit());
 }
 
 UiHarness::~UiHarness()

@@ -121,7 +121,7 @@ private slots:
         QTest::addColumn<QString>("royal");
         const QString locked = u"\U0001F451 Earn 3 badges to unlock Your Majesty."_s;
         const QString unlocked = u"\U0001F451 Your Majesty is unlocked. Choose your royal turtle in the studio!"_s;
-        QTest::newRow("two") << QList<qint64>{0, 1} << u"Curious Coder \u00b7 200 XP \u00b7 2 badges"_s << locked;
+        QTest::newRow("one") << QList<qint64>{1} << u"Curious Coder \u00b7 100 XP \u00b7 1 badge"_s << locked;
         QTest::newRow("three") << QList<qint64>{0, 1, 7} << u"Curious Coder \u00b7 300 XP \u00b7 3 badges"_s << unlocked;
         QTest::newRow("all") << range(0, 30) << u"Marble Cove Master \u00b7 3000 XP \u00b7 30 badges"_s << unlocked;
     }

@@ -351,6 +351,9 @@ private slots:
             const QString name = u"theme_%1"_s.arg(i);
             QVERIFY2(ui->isShown(name), qPrintable(name));
             QCOMPARE(ui->isEnabled(name), badges >= themes().at(i).unlock);
+            // Locked entries look locked, and every label fits the menu.
+            QCOMPARE(ui->property(name, "opacity").toReal() < 1, badges < themes().at(i).unlock);
+            QVERIFY(ui->property(name, "implicitWidth").toReal() <= ui->property(name, "width").toReal());
         }
         const QString name = u"theme_%1"_s.arg(entry);
         QCOMPARE(ui->text(name), label);
@@ -581,6 +584,9 @@ private slots:
         for (const QString &typed : {u"Half done"_s, u"   "_s}) {
             UI(ui->clickForSheet(u"saveCreationButton"_s, u"savingSheet"_s));
             QCOMPARE(ui->text(u"titleField"_s), u"Baby steps"_s);
+            // Ready for a new name at once: focused, the suggestion selected.
+            QVERIFY(ui->hasFocus(u"titleField"_s));
+            QCOMPARE(ui->property(u"titleField"_s, "selectedText").toString(), u"Baby steps"_s);
             UI(ui->replaceText(u"titleField"_s, typed));
             if (typed.trimmed().isEmpty())
                 break;

@@ -32,10 +32,12 @@ Popup {
     }
 
     T.Overlay.modal: Rectangle {
-        color: Qt.rgba(0.13, 0.16, 0.25, 0.28)
+        color: Theme.scrim
     }
 
     contentItem: Loader {
+        // The loader is a focus scope: without focus here no field inside could take the typing.
+        focus: true
         active: sheet.shown || sheet.visible
         sourceComponent: sheet.content
     }

@@ -30,6 +30,11 @@ Button {
     ToolTip.delay: 600
     Accessible.name: text.length > 0 ? text : tooltip
 
+    FocusRing {
+        shown: control.visualFocus
+        radius: control.radius + gap
+    }
+
     // The label row is the item's only child; no id inside a deferred property.
     contentItem: Item {
         implicitWidth: children[0].implicitWidth
@@ -56,7 +61,8 @@ Button {
     }
 
     background: Rectangle {
-        implicitHeight: 30
+        // A frameless button needs no more room than its label.
+        implicitHeight: control.kind === "plain" ? 24 : 30
         radius: control.radius
         color: {
             if (control.kind === "prominent")

@@ -31,6 +31,9 @@ ColumnLayout {
                 Layout.fillWidth: true
                 enabled: unlocked
                 opacity: unlocked ? 1 : 0.5
+                // Dims the card as one flat picture; dimming each layer would let the picture's
+                // backdrop show as a pale square on the card.
+                layer.enabled: !unlocked
                 topPadding: 14
                 bottomPadding: 14
                 Accessible.name: modelData + ", " + (chosen ? "selected" : (unlocked ? "available" : "unlocks at 3 badges"))
@@ -41,6 +44,10 @@ ColumnLayout {
                     color: card.fill
                     border.width: card.chosen ? 2 : 0
                     border.color: Theme.violet
+                    FocusRing {
+                        shown: card.visualFocus
+                        radius: 18 + gap
+                    }
                 }
                 contentItem: ColumnLayout {
                     spacing: 10
@@ -94,14 +101,13 @@ ColumnLayout {
             font.bold: true
             color: Theme.ink
         }
-        TextField {
+        StudioTextField {
             id: name
             objectName: "nicknameField"
             text: picker.nickname
             placeholderText: "Your turtle\u2019s name"
             font.pixelSize: 20
             font.weight: Font.Medium
-            selectByMouse: true
             Layout.fillWidth: true
             Accessible.name: "Your turtle\u2019s name"
             onTextEdited: {
@@ -110,12 +116,7 @@ ColumnLayout {
                     text = limited
                 picker.renamed(text)
             }
-            background: Rectangle {
-                implicitHeight: 44
-                radius: 10
-                color: Theme.card
-                border.color: name.activeFocus ? Theme.violet : Theme.border
-            }
+            fieldHeight: 44
         }
         RowLayout {
             Layout.fillWidth: true

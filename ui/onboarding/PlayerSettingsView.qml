@@ -31,13 +31,12 @@ Item {
             font.bold: true
             color: Theme.ink
         }
-        TextField {
+        StudioTextField {
             id: field
             objectName: "playerNameField"
             text: profile.name
             placeholderText: "Your name"
             font.pixelSize: 20
-            selectByMouse: true
             focus: true
             Layout.fillWidth: true
             Accessible.name: "Your name"
@@ -47,12 +46,7 @@ Item {
                     text = limited
                 profile.name = text
             }
-            background: Rectangle {
-                implicitHeight: 40
-                radius: 10
-                color: Theme.card
-                border.color: field.activeFocus ? Theme.violet : Theme.border
-            }
+            fieldHeight: 40
         }
         Text {
             text: "Changing your name keeps your missions, turtle, and creations."
@@ -125,7 +119,7 @@ Item {
                 Layout.fillWidth: true
             }
             Text {
-                text: "This permanently removes all mission progress, badges, unlocked rewards, saved code, gallery creations, names, and preferences on this Mac. You\u2019ll return to the welcome guide. This cannot be undone. Pictures you already exported are kept."
+                text: "This permanently removes all mission progress, badges, unlocked rewards, saved code, gallery creations, names, and preferences on this computer. You\u2019ll return to the welcome guide. This cannot be undone. Pictures you already exported are kept."
                 font.pixelSize: 13
                 color: Theme.ink
                 wrapMode: Text.WordWrap

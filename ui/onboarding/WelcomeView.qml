@@ -135,14 +135,13 @@ Rectangle {
                         Layout.fillWidth: true
                         Layout.topMargin: 8
                         Text { text: "Your name"; font.pixelSize: 16; font.weight: Font.DemiBold; color: Theme.ink }
-                        TextField {
+                        StudioTextField {
                             id: playerField
                             objectName: "playerField"
                             text: welcome.player
                             placeholderText: "Type your name here"
                             font.pixelSize: 24
                             font.weight: Font.Medium
-                            selectByMouse: true
                             focus: welcome.page === 1
                             Layout.fillWidth: true
                             onTextEdited: {
@@ -152,12 +151,7 @@ Rectangle {
                                 welcome.player = text
                             }
                             onAccepted: if (welcome.cleanPlayer.length > 0) welcome.page = 2
-                            background: Rectangle {
-                                implicitHeight: 50
-                                radius: 10
-                                color: Theme.card
-                                border.color: playerField.activeFocus ? Theme.violet : Theme.border
-                            }
+                            fieldHeight: 50
                         }
                         Text {
                             text: "You can change this later by clicking your initial in the studio."

@@ -77,8 +77,9 @@ Item {
             id: grid
             objectName: "creationGrid"
             readonly property real gap: 20
-            // Every card has the same single-line texts, so the row height is known up front.
-            readonly property real cardHeight: 14 + 180 + 10 + titleLine.height + 10 + dateLine.height + 10
+            // Every card has room for a two-line title and single-line texts, so the row height is
+            // known up front.
+            readonly property real cardHeight: 14 + 180 + 10 + 2 * titleLine.height + 10 + dateLine.height + 10
                                                + linkLine.height + 14
             visible: creations.count > 0
             Layout.fillWidth: true
@@ -103,6 +104,7 @@ Item {
                 required property string dateText
                 required property color themeColor
                 required property var strokes
+                property bool titleCut: false
 
                 width: grid.cellWidth
                 height: grid.cellHeight
@@ -118,6 +120,8 @@ Item {
                     leftPadding: 14
                     rightPadding: 14
                     Accessible.name: cell.title
+                    // A title too long even for two lines is shown whole on hover.
+                    tooltip: cell.titleCut ? cell.title : ""
                     onClicked: creations.open(cell.index)
 
                     contentItem: Column {
@@ -137,8 +141,12 @@ Item {
                             font.pixelSize: 17
                             font.bold: true
                             color: Theme.ink
+                            wrapMode: Text.Wrap
+                            maximumLineCount: 2
                             elide: Text.ElideRight
                             width: parent.width
+                            height: 2 * titleLine.height
+                            onTruncatedChanged: cell.titleCut = truncated
                         }
                         Text {
                             objectName: "creationDate_" + cell.index

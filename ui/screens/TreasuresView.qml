@@ -35,7 +35,7 @@ Item {
         }
         Text {
             objectName: "treasureSummary"
-            text: Studio.rank + " \u00b7 " + (shelf.count * 100) + " XP \u00b7 " + shelf.count + " badges"
+            text: Studio.rank + " \u00b7 " + (shelf.count * 100) + " XP \u00b7 " + shelf.count + (shelf.count === 1 ? " badge" : " badges")
             font.pixelSize: 14
             font.weight: Font.DemiBold
             color: Theme.violet

@@ -43,12 +43,11 @@ Rectangle {
                 }
             }
 
-            ScrollView {
+            StudioScrollView {
                 id: main
+                objectName: "mainColumn"
                 Layout.fillWidth: true
                 Layout.fillHeight: true
-                contentWidth: availableWidth
-                clip: true
 
                 ColumnLayout {
                     width: main.availableWidth
@@ -103,10 +102,7 @@ Rectangle {
                                         ? Studio.strokesMadeAt(place.line, place.column) : []
                                 }
                                 onStrokePicked: place => editor.selectPlace(place)
-                                onExportRequested: {
-                                    exportDialog.selectedFile = exportDialog.currentFolder + "/Marble Cove creation.png"
-                                    exportDialog.open()
-                                }
+                                onExportRequested: exportDialog.start()
                             }
                         }
                     }
@@ -126,16 +122,48 @@ Rectangle {
         }
     }
 
+    // The desktop's own save dialog where the platform offers one, else Qt's.
     FileDialog {
         id: exportDialog
         objectName: "exportDialog"
+        // The name the child gave the picture; it stays while they move between folders.
+        property string fileName: "Marble Cove creation.png"
         title: "Export picture"
         fileMode: FileDialog.SaveFile
         nameFilters: ["PNG picture (*.png)"]
         defaultSuffix: "png"
         acceptLabel: "Save"
-        currentFolder: StandardPaths.writableLocation(StandardPaths.PicturesLocation)
+
+        function start() {
+            fileName = "Marble Cove creation.png"
+            currentFolder = Catalog.exportFolder()
+            selectedFile = Catalog.fileIn(currentFolder, fileName)
+            open()
+        }
+
+        // Qt's own dialog turns a folder the child clicks or opens into the chosen file; the
+        // picture keeps its name in the folder on show instead.
+        onSelectedFileChanged: {
+            if (!visible)
+                return
+            if (!Catalog.isFolderChoice(selectedFile)) {
+                fileName = Catalog.fileName(selectedFile)
+                return
+            }
+            const kept = Catalog.fileIn(currentFolder, fileName)
+            if (selectedFile.toString() !== kept.toString())
+                selectedFile = kept
+        }
+        onCurrentFolderChanged: if (visible) selectedFile = Catalog.fileIn(currentFolder, fileName)
         onAccepted: Studio.exportPNG(Catalog.localPath(selectedFile))
+    }
+
+    // The studio dims behind the save dialog as it does behind every sheet.
+    Rectangle {
+        objectName: "exportScrim"
+        anchors.fill: parent
+        color: Theme.scrim
+        visible: exportDialog.visible
     }
 
     Sheet {

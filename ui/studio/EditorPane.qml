@@ -96,6 +96,38 @@ ColumnLayout {
         }
     }
 
+    // Code from elsewhere (another mission, a creation, a chip) reaches the editor here; what
+    // the child types goes the other way, through onTextChanged.
+    Connections {
+        target: Studio
+        function onCodeChanged() { pane.follow() }
+    }
+
+    property bool appending: false
+    property bool following: false
+
+    function follow() {
+        if (editor.text === Studio.code) {
+            pane.following = true
+            return
+        }
+        if (pane.appending && Studio.code.startsWith(editor.text)) {
+            // A chip's example is one undo step of its own.
+            codeDocument.beginUndoStep()
+            editor.insert(editor.length, Studio.code.slice(editor.text.length))
+            editor.cursorPosition = editor.length
+            codeDocument.beginUndoStep()
+        } else {
+            editor.text = Studio.code
+            codeDocument.loaded()
+        }
+        pane.following = true
+    }
+
+    function leaveEditor(forward) {
+        editor.nextItemInFocusChain(forward).forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason)
+    }
+
     Rectangle {
         Layout.fillWidth: true
         Layout.preferredHeight: 250
@@ -122,29 +154,32 @@ ColumnLayout {
             Accessible.role: Accessible.AlertMessage
             Accessible.name: Studio.errorPlace.line === undefined ? "" : editor.Accessible.description
         }
+        FocusRing { shown: editor.activeFocus; radius: 15 }
 
         ScrollView {
             id: editorScroll
             anchors.fill: parent
             anchors.margins: 10
             anchors.leftMargin: 38
+            contentWidth: availableWidth
+            ScrollBar.horizontal.policy: ScrollBar.AlwaysOff
             TextArea {
                 id: editor
                 objectName: "codeEditor"
-                text: Studio.code
+                // Tab indents only while the child is typing here; otherwise it moves on.
+                property bool typing: false
                 enabled: !Studio.running
                 font.family: Theme.codeFont
                 font.pixelSize: 16
                 font.weight: Font.Medium
                 color: Theme.ink
                 selectByMouse: true
-                wrapMode: TextEdit.NoWrap
+                wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
                 background: null
                 padding: 0
                 Accessible.name: "LOGO code editor"
                 Accessible.description: Studio.errorPlace.line === undefined ? ""
                     : "Line " + (Studio.errorPlace.line + 1) + ": " + Studio.message
-                onTextChanged: if (text !== Studio.code) Studio.code = text
 
                 // Drawn under the text: the running word, its recipe call, the matching bracket.
                 Rectangle {
@@ -200,7 +235,60 @@ ColumnLayout {
                         context.stroke()
                     }
                 }
+
+                // Each continuation of a wrapped line carries a mark in its indent.
+                Repeater {
+                    model: codeDocument.continuations
+                    SymbolIcon {
+                        required property rect modelData
+                        x: modelData.x
+                        y: modelData.y
+                        width: modelData.width
+                        height: modelData.height
+                        name: "arrow.turn.down.right"
+                        size: 14
+                        color: Theme.secondary
+                    }
+                }
+                Component.onCompleted: pane.follow()
+                // Until the code has arrived the editor's own start-up changes are not the child's.
+                onTextChanged: if (pane.following && text !== Studio.code) Studio.code = text
+                onActiveFocusChanged: typing = false
+                Keys.onPressed: event => {
+                    const control = (event.modifiers & Qt.ControlModifier) !== 0
+                    if (event.key === Qt.Key_Escape || (event.key === Qt.Key_Tab && control)) {
+                        pane.leaveEditor(true)
+                    } else if (event.key === Qt.Key_Backtab) {
+                        pane.leaveEditor(false)
+                    } else if (event.key === Qt.Key_Tab) {
+                        if (!editor.typing) {
+                            pane.leaveEditor(true)
+                        } else {
+                            editor.remove(editor.selectionStart, editor.selectionEnd)
+                            editor.insert(editor.cursorPosition, "  ")
+                        }
+                    } else {
+                        if (event.text.length > 0 && !control)
+                            editor.typing = true
+                        // A new word starts a new undo step, as in other text editors.
+                        const at = editor.cursorPosition
+                        if (event.text.trim().length > 0 && (at === 0 || editor.getText(at - 1, at).trim().length === 0))
+                            codeDocument.beginUndoStep()
+                        return
+                    }
+                    event.accepted = true
+                }
             }
+        }
+        CodeDocument {
+            id: codeDocument
+            document: editor.textDocument
+            // A wrapped line continues two characters in, under its own text.
+            hangingIndent: 2 * codeMetrics.averageCharacterWidth
+        }
+        FontMetrics {
+            id: codeMetrics
+            font: editor.font
         }
     }
 
@@ -281,6 +369,12 @@ ColumnLayout {
             font.pixelSize: 13
             color: Theme.ink
         }
+        SymbolIcon {
+            objectName: "slowEnd"
+            name: "tortoise.fill"
+            size: 18
+            color: Theme.secondary
+        }
         Slider {
             id: speed
             objectName: "speedSlider"
@@ -290,6 +384,10 @@ ColumnLayout {
             Layout.fillWidth: true
             Accessible.name: "Drawing speed"
             onMoved: Studio.speed = 0.36 - value
+            FocusRing {
+                shown: speed.visualFocus
+                radius: 8
+            }
             background: Rectangle {
                 x: speed.leftPadding
                 y: speed.topPadding + speed.availableHeight / 2 - height / 2
@@ -314,7 +412,12 @@ ColumnLayout {
                 border.color: Theme.border
             }
         }
-        SymbolIcon { name: "hare.fill"; size: 16; color: Theme.secondary }
+        SymbolIcon {
+            objectName: "fastEnd"
+            name: "hare.fill"
+            size: 18
+            color: Theme.secondary
+        }
     }
 
     ColumnLayout {
@@ -330,6 +433,10 @@ ColumnLayout {
                 checked: Studio.showTarget
                 onToggled: Studio.showTarget = checked
                 font.pixelSize: 13
+                FocusRing {
+                    shown: target.visualFocus
+                    radius: 8
+                }
                 indicator: Rectangle {
                     implicitWidth: 38
                     implicitHeight: 22
@@ -394,7 +501,11 @@ ColumnLayout {
                 leftPadding: 8
                 rightPadding: 8
                 enabled: !Studio.running
-                onClicked: Studio.appendCode(modelData)
+                onClicked: {
+                    pane.appending = true
+                    Studio.appendCode(modelData)
+                    pane.appending = false
+                }
             }
         }
     }

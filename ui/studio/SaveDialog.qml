@@ -6,6 +6,8 @@ import MarbleCove
 // Names a finished drawing before it joins the gallery.
 Item {
     implicitWidth: 460
+    // The prefilled title is selected, so typing a new name replaces it.
+    Component.onCompleted: title.selectAll()
     implicitHeight: column.implicitHeight + 60
 
     ColumnLayout {
@@ -22,23 +24,18 @@ Item {
             wrapMode: Text.WordWrap
             Layout.fillWidth: true
         }
-        TextField {
+        StudioTextField {
             id: title
             objectName: "titleField"
             placeholderText: "My masterpiece"
             text: Studio.creationTitle
             font.pixelSize: 15
-            selectByMouse: true
             focus: true
             Layout.fillWidth: true
             onTextEdited: Studio.creationTitle = text
             onAccepted: Studio.saveCreation()
-            background: Rectangle {
-                implicitHeight: 34
-                radius: 8
-                color: Theme.card
-                border.color: title.activeFocus ? Theme.violet : Theme.border
-            }
+            fieldHeight: 34
+            radius: 8
         }
         RowLayout {
             Layout.fillWidth: true

@@ -24,7 +24,7 @@ ColumnLayout {
         onClicked: Studio.map = true
     }
 
-    ComboBox {
+    StudioComboBox {
         id: worldPicker
         objectName: "worldPicker"
         Layout.fillWidth: true
@@ -32,7 +32,6 @@ ColumnLayout {
         currentIndex: sidebar.browsedWorld
         onActivated: index => sidebar.browsedWorld = index
         Accessible.name: "Browse challenge worlds"
-        font.pixelSize: 13
     }
 
     Text {
@@ -43,15 +42,16 @@ ColumnLayout {
         Layout.fillWidth: true
     }
 
-    ScrollView {
+    StudioScrollView {
+        id: missionList
+        objectName: "missionList"
+        fade: Theme.sidebar
         Layout.fillWidth: true
         Layout.fillHeight: true
         Layout.minimumHeight: 120
-        clip: true
-        contentWidth: availableWidth
 
         Column {
-            width: parent.width
+            width: missionList.availableWidth
             spacing: 7
             Repeater {
                 model: 6
@@ -72,6 +72,10 @@ ColumnLayout {
                     enabled: open
                     opacity: open ? 1 : 0.5
                     Accessible.name: Catalog.missions[mission].title
+                    // Two lines fit nearly every title; the rare longer one is shown whole on hover.
+                    property bool titleCut: false
+                    property bool subtitleCut: false
+                    tooltip: titleCut || subtitleCut ? Catalog.missions[mission].title + ": " + Catalog.missions[mission].subtitle : ""
                     onClicked: Studio.select(mission)
                     contentItem: RowLayout {
                         spacing: 10
@@ -86,25 +90,33 @@ ColumnLayout {
                             spacing: 3
                             Layout.fillWidth: true
                             Text {
+                                objectName: "missionTitle_" + row.mission
                                 text: Catalog.missions[row.mission].title
                                 font.pixelSize: 14
                                 font.bold: true
                                 color: Theme.ink
+                                wrapMode: Text.Wrap
+                                maximumLineCount: 2
                                 elide: Text.ElideRight
                                 Layout.fillWidth: true
+                                onTruncatedChanged: row.titleCut = truncated
                             }
                             Text {
+                                objectName: "missionSubtitle_" + row.mission
                                 text: Catalog.missions[row.mission].subtitle
                                 font.pixelSize: 12
                                 color: Theme.secondary
+                                wrapMode: Text.Wrap
+                                maximumLineCount: 2
                                 elide: Text.ElideRight
                                 Layout.fillWidth: true
+                                onTruncatedChanged: row.subtitleCut = truncated
                             }
                         }
                     }
                     background: Rectangle {
                         radius: 12
-                        color: !Studio.free && Studio.mission === row.mission ? Qt.rgba(0.42, 0.28, 0.88, 0.12)
+                        color: !Studio.free && Studio.mission === row.mission ? Theme.highlightFill
                                                                           : "transparent"
                     }
                 }

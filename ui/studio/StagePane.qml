@@ -33,13 +33,15 @@ ColumnLayout {
             symbol: "paintpalette"
             onClicked: themeMenu.open()
 
-            Menu {
+            StudioMenu {
                 id: themeMenu
                 objectName: "themeMenu"
+                // Opens under the button, flush with its right edge, so it stays inside the window.
+                x: themeButton.width - width
                 y: themeButton.height
                 Instantiator {
                     model: Catalog.themes
-                    delegate: MenuItem {
+                    delegate: StudioMenuItem {
                         required property var modelData
                         required property int index
                         objectName: "theme_" + index
@@ -251,21 +253,36 @@ ColumnLayout {
                     readonly property bool unlocked: Studio.badges >= 0 && Studio.isTurtleUnlocked(index)
                     objectName: "companionCard_" + index
                     implicitWidth: 84
-                    implicitHeight: 92
+                    implicitHeight: 86
                     radius: 12
                     color: Theme.card
                     border.width: Studio.turtle === index ? 2 : 1
                     border.color: Studio.turtle === index ? Qt.rgba(0.2, 0.78, 0.35, 0.5) : Theme.divider
                     opacity: unlocked ? 1 : 0.45
+                    activeFocusOnTab: unlocked
                     Accessible.role: Accessible.Button
                     Accessible.name: Studio.shownNames[index]
+                    Accessible.onPressAction: choose()
+                    Keys.onSpacePressed: choose()
+                    Keys.onReturnPressed: choose()
+                    Keys.onEnterPressed: choose()
+
+                    function choose() {
+                        if (unlocked)
+                            Studio.turtle = index
+                    }
+
+                    FocusRing {
+                        shown: card.activeFocus
+                        radius: card.radius + gap
+                    }
 
                     PictureView {
                         image: Studio.picture(card.index)
                         width: 58
                         height: 58
                         anchors.horizontalCenter: parent.horizontalCenter
-                        y: 8
+                        y: 6
                     }
                     Text {
                         text: Studio.shownNames[card.index]
@@ -276,13 +293,13 @@ ColumnLayout {
                         horizontalAlignment: Text.AlignHCenter
                         anchors.horizontalCenter: parent.horizontalCenter
                         anchors.bottom: parent.bottom
-                        anchors.bottomMargin: 8
+                        anchors.bottomMargin: 6
                     }
                     MouseArea {
                         anchors.fill: parent
                         enabled: card.unlocked
                         cursorShape: Qt.PointingHandCursor
-                        onClicked: Studio.turtle = card.index
+                        onClicked: card.choose()
                     }
                 }
             }
