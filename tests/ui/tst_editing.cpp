@@ -4,18 +4,11 @@
 
 #include <QTest>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 
-#define UI(step) QVERIFY2((step), ui->why())
-
-class EditingTest : public QObject
+class EditingTest : public UiTest
 {
     Q_OBJECT
-
-private:
-    std::unique_ptr<UiHarness> ui;
 
     bool ringShown(const QString &name) const
     {
@@ -24,22 +17,10 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        ui = std::make_unique<UiHarness>();
-        ui->seedReturningPlayer();
-        QVERIFY(ui->start());
-    }
-
-    void cleanup()
-    {
-        const QStringList warnings = UiHarness::finish(ui);
-        QVERIFY2(warnings.isEmpty(), qPrintable(u"QML warnings:\n"_s + warnings.join(u'\n')));
-    }
-
     // Undo takes back a word or a line at a time, and the saved code follows each step.
     void undoStepsBackByWords()
     {
+        UI(startReturning());
         UI(ui->click(u"freePlayButton"_s));
         const QString before = ui->studio().code();
         UI(ui->replaceText(u"codeEditor"_s, QString()));
@@ -68,6 +49,7 @@ private slots:
     // focus moves on, and the control it reaches wears the ring.
     void tabLeavesTheEditor()
     {
+        UI(startReturning());
         // The editor opens on the saved code, and opening it changes nothing.
         QVERIFY(!ui->studio().code().isEmpty());
         QCOMPARE(ui->text(u"codeEditor"_s), ui->studio().code());
@@ -97,6 +79,7 @@ private slots:
     // The companion cards take the focus like buttons and choose with Space or Return.
     void companionCardsByKeyboard()
     {
+        UI(startReturning());
         QQuickItem *card = ui->item(u"companionCard_2"_s);
         QVERIFY(card);
         card->forceActiveFocus(Qt::TabFocusReason);
@@ -111,6 +94,7 @@ private slots:
     // A long line wraps inside the editor: nothing runs past its right edge, before or after a run.
     void longLinesWrap()
     {
+        UI(startReturning());
         UI(ui->click(u"freePlayButton"_s));
         UI(ui->replaceText(u"codeEditor"_s, u"repeat 36 [forward 120 right 170 forward 20 right 10]"_s));
         QQuickItem *editor = ui->item(u"codeEditor"_s);
