@@ -13,6 +13,8 @@ packages=(
   libbenchmark-dev clang libclang-rt-14-dev
   xvfb xauth
   fonts-quicksand fonts-noto-color-emoji fonts-dejavu-core fonts-material-design-icons-iconfont
+  # The desktop's own save dialog for the picture export (GNOME, and portals in sandboxes).
+  qt6-gtk-platformtheme qt6-xdgdesktopportal-platformtheme
 )
 
 missing=()
