@@ -445,8 +445,10 @@ void TestStore::keepsEveryReportedWriteAcrossKill()
         QProcess writer;
         writer.start(QStringLiteral(STORE_WRITER), {path});
         QVERIFY(writer.waitForStarted());
-        // Waiting for the end doubles as a sleep that keeps reading the reports.
-        QVERIFY(!writer.waitForFinished(int(random.bounded(15, 120))));
+        // Kill only once edits are flowing, so a slow start on a busy machine cannot make every
+        // kill land before the first write; waiting for the end then doubles as a sleep.
+        QVERIFY(writer.waitForReadyRead(30000));
+        QVERIFY(!writer.waitForFinished(int(random.bounded(1, 100))));
         writer.kill();
         QVERIFY(writer.waitForFinished(5000));
         QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
