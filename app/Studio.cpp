@@ -55,6 +55,12 @@ void Studio::setCode(const QString &code)
 {
     if (m_code == code)
         return;
+    if (code.size() > maxCodeLength) {
+        // The editor may already show the refused text; hearing of a change puts the kept code back.
+        emit codeChanged();
+        setMessage(QStringLiteral("That's more code than a program can use. Try a smaller piece."));
+        return;
+    }
     m_code = code;
     emit codeChanged();
     setErrorPlace({});
@@ -78,6 +84,17 @@ void Studio::loadCode(const QString &code)
     m_switching = true;
     setCode(code);
     m_switching = switching;
+}
+
+QString Studio::storedCode(const QString &key, const QString &fallback)
+{
+    const std::optional<QString> stored = m_defaults.string(key);
+    if (stored && stored->size() > maxCodeLength) {
+        if (m_defaults.keepUnreadable(key, stored->toUtf8()))
+            m_defaults.remove(key);
+        return fallback;
+    }
+    return stored.value_or(fallback);
 }
 
 // Written on every assignment, so that a value sanitised at start-up replaces the stored one.

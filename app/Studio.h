@@ -4,6 +4,7 @@
 #include "gallery/Creation.h"
 #include "gallery/StoredGallery.h"
 #include "language/Instruction.h"
+#include "language/LogoParser.h"
 #include "turtle/Stroke.h"
 #include "turtle/Turtle.h"
 
@@ -95,6 +96,9 @@ public:
     static constexpr double fastestSpeed = 0.01;
     static constexpr int royalCompanion = 3;
     static constexpr int royalBadges = 3;
+    // The longest program text the editor takes: ten characters for every token a program may
+    // hold, far more than any program can use, and short enough to lay out at once.
+    static constexpr qsizetype maxCodeLength = 10 * LogoParser::maxTokens;
 
     // Restores the saved state from `defaults`, which must outlive the studio.
     explicit Studio(PreferencesStore &defaults, bool loadAssets = true, QObject *parent = nullptr);
@@ -317,6 +321,9 @@ private:
     void setDrawingSource(const QString &source);
     // Replaces the code without saving it: stored or starter code is already where it belongs.
     void loadCode(const QString &code);
+    // The code stored under `key`, or `fallback` when there is none. Code too long for the
+    // editor is kept in a file beside the store and taken out of it, so it is not met again.
+    QString storedCode(const QString &key, const QString &fallback);
     // Emits for every observed turtle field that changed since these readings.
     void publishDrawing(QPointF point, double heading, qsizetype strokeCount);
     // The values derived from names, read before a change so that only real changes notify.

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr int maxTitleLength = 80;
-
 const QString creationsKey = QStringLiteral("creations");
 
 // Equal stored values; the same bytes shared with the store cost no comparison.
@@ -47,7 +45,7 @@ void Studio::saveCreation()
         return;
     }
     Creation creation;
-    creation.title = leftCharacters(title, maxTitleLength);
+    creation.title = leftCharacters(title, Creation::maxTitleLength);
     creation.code = m_code;
     creation.turtle = m_turtle;
     creation.theme = m_theme;
@@ -88,6 +86,12 @@ void Studio::saveCreation()
 
 void Studio::openCreation(const Creation &creation)
 {
+    if (creation.code.size() > maxCodeLength) {
+        setGallery(false);
+        setMessage(QStringLiteral("‘") + creation.shownTitle()
+                   + QStringLiteral("’ is too big to open in the editor. Try another creation."));
+        return;
+    }
     enterFree();
     setCode(creation.code);
     setTurtle(creation.turtle);
@@ -103,5 +107,5 @@ void Studio::openCreation(const Creation &creation)
         // A program that no longer parses opens on an empty canvas, ready to be fixed.
     }
     setGallery(false);
-    setMessage(QStringLiteral("Opened ‘") + creation.title + QStringLiteral("’. Remix it and save a new copy."));
+    setMessage(QStringLiteral("Opened ‘") + creation.shownTitle() + QStringLiteral("’. Remix it and save a new copy."));
 }

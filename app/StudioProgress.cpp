@@ -22,7 +22,7 @@ void Studio::select(int mission)
     m_switching = true;
     setMission(mission);
     setFree(false);
-    setCode(m_defaults.string(QStringLiteral("code") + QString::number(mission)).value_or(missions().at(mission).starter));
+    setCode(storedCode(QStringLiteral("code") + QString::number(mission), missions().at(mission).starter));
     m_switching = false;
     setHint(0);
     reset();
@@ -35,7 +35,7 @@ void Studio::enterFree()
     stop();
     m_switching = true;
     setFree(true);
-    setCode(m_defaults.string(QStringLiteral("freeCode")).value_or(freeStarter));
+    setCode(storedCode(QStringLiteral("freeCode"), freeStarter));
     m_switching = false;
     reset();
     setMessage(QStringLiteral("Your imagination station is ready."));

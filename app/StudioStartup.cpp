@@ -61,7 +61,7 @@ void Studio::startUp(bool loadAssets)
     if (loadAssets)
         loadCompanionPictures();
 
-    loadCode(m_defaults.string(QStringLiteral("code0")).value_or(missions().first().starter));
+    loadCode(storedCode(QStringLiteral("code0"), missions().first().starter));
     refreshTarget();
     setMessage(m_playerName.isEmpty() ? QStringLiteral("Ready when you are.")
                                       : QStringLiteral("Ready when you are, ") + m_playerName + u'.');

@@ -21,6 +21,12 @@ struct Creation
     Q_PROPERTY(QList<Stroke> strokes MEMBER strokes)
 
 public:
+    // A saved title keeps at most this many characters (as people count them).
+    static constexpr int maxTitleLength = 80;
+
+    // The title as screens show it: no longer than a save keeps it, however long the stored one.
+    QString shownTitle() const;
+
     QUuid id = QUuid::createUuid();
     QString title;
     QString code;

@@ -124,5 +124,9 @@ QByteArray prependCreation(const Creation &creation, const QByteArray &encodedLi
     const QByteArray first = encodeCreation(creation);
     if (encodedList.size() <= 2) // "[]"
         return '[' + first + ']';
-    return '[' + first + ',' + encodedList.mid(1);
+    // One copy of the list: it may be megabytes long.
+    QByteArray data;
+    data.reserve(first.size() + encodedList.size() + 1);
+    data.append('[').append(first).append(',').append(QByteArrayView(encodedList).sliced(1));
+    return data;
 }

@@ -44,13 +44,18 @@ int characterCount(const QString &text)
 
 QString leftCharacters(const QString &text, int count)
 {
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    qsizetype end = 0;
-    for (int i = 0; i < count; ++i) {
-        const qsizetype next = finder.toNextBoundary();
-        if (next < 0)
+    // Only a prefix is looked at, so a huge text costs no more than a short one. A boundary
+    // before the prefix's last character depends only on what comes before it and the next
+    // character, so it is the same in the whole text; otherwise a longer prefix is tried.
+    for (qsizetype look = 16 * qsizetype(count) + 16;; look *= 2) {
+        const QString prefix = text.left(look);
+        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, prefix);
+        qsizetype end = 0;
+        for (int i = 0; i < count && end >= 0; ++i)
+            end = finder.toNextBoundary();
+        if (end >= 0 && end < prefix.size())
+            return text.left(end);
+        if (prefix.size() == text.size())
             return text;
-        end = next;
     }
-    return text.left(end);
 }

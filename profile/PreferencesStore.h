@@ -85,8 +85,9 @@ public:
     using Change = std::function<std::optional<QVariant>(const QVariant &stored)>;
     virtual bool update(const QString &key, const Change &change) = 0;
 
-    // Keeps the bytes of a value that could not be read, before a write replaces it, in a file
-    // beside the store named after the key and the time. False when they could not be kept.
+    // Keeps the bytes of a value that cannot be used (unreadable, or too big to open) in a file
+    // beside the store named after the key and the time, before it is replaced or removed.
+    // False when they could not be kept.
     virtual bool keepUnreadable(const QString &key, const QByteArray &bytes) = 0;
 
     // Removing an absent key succeeds.

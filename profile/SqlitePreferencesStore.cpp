@@ -211,12 +211,15 @@ bool SqlitePreferencesStore::prepare()
     m_select = std::make_unique<QSqlQuery>(m_db);
     m_upsert = std::make_unique<QSqlQuery>(m_db);
     m_delete = std::make_unique<QSqlQuery>(m_db);
+    m_version = std::make_unique<QSqlQuery>(m_db);
     m_select->setForwardOnly(true);
+    m_version->setForwardOnly(true);
     return m_select->prepare(QStringLiteral("SELECT kind, value FROM preferences WHERE key = ?"))
         && m_upsert->prepare(QStringLiteral("INSERT INTO preferences (key, kind, value) VALUES (?, ?, ?) "
                                             "ON CONFLICT (key) DO UPDATE SET kind = excluded.kind, "
                                             "value = excluded.value"))
-        && m_delete->prepare(QStringLiteral("DELETE FROM preferences WHERE key = ?"));
+        && m_delete->prepare(QStringLiteral("DELETE FROM preferences WHERE key = ?"))
+        && m_version->prepare(QStringLiteral("PRAGMA data_version"));
 }
 
 void SqlitePreferencesStore::close()
@@ -224,6 +227,8 @@ void SqlitePreferencesStore::close()
     m_select.reset();
     m_upsert.reset();
     m_delete.reset();
+    m_version.reset();
+    m_known.clear();
     m_db.close();
     m_db = QSqlDatabase();
     QSqlDatabase::removeDatabase(m_connectionName);
@@ -235,6 +240,8 @@ QVariant SqlitePreferencesStore::value(const QString &key) const
         return unsaved->value_or(QVariant());
     if (!m_select)
         return {};
+    // Taken before the read: a write by another process in between then only looks newer.
+    const std::optional<qint64> version = dataVersion();
     m_select->bindValue(0, key);
     QVariant decoded;
     if (m_select->exec() && m_select->next()) {
@@ -244,6 +251,7 @@ QVariant SqlitePreferencesStore::value(const QString &key) const
     }
     // An unfinished read would hold its snapshot and keep the log from being folded back.
     m_select->finish();
+    remember(key, decoded, version);
     return decoded;
 }
 
@@ -282,7 +290,12 @@ bool SqlitePreferencesStore::update(const QString &key, const Change &change)
         qWarning("Preferences: updating %s failed: %s", qPrintable(key), qPrintable(control.lastError().text()));
         return false;
     }
-    const std::optional<QVariant> changed = change(value(key));
+    // Unless another process has written since, the value is the one last read or written
+    // here, and a large one need not be read back.
+    const std::optional<qint64> version = dataVersion();
+    const bool known = version && *version == m_knownVersion && m_known.contains(key);
+    const QVariant stored = known ? m_known.value(key) : value(key);
+    const std::optional<QVariant> changed = change(stored);
     if (changed && !setValue(key, *changed)) {
         control.exec(QStringLiteral("ROLLBACK"));
         return false;
@@ -297,7 +310,29 @@ bool SqlitePreferencesStore::update(const QString &key, const Change &change)
         }
         return false;
     }
+    remember(key, changed.value_or(stored), version);
     return true;
+}
+
+std::optional<qint64> SqlitePreferencesStore::dataVersion() const
+{
+    std::optional<qint64> version;
+    if (m_version && m_version->exec() && m_version->next())
+        version = m_version->value(0).toLongLong();
+    if (m_version)
+        m_version->finish();
+    return version;
+}
+
+void SqlitePreferencesStore::remember(const QString &key, const QVariant &value, std::optional<qint64> version) const
+{
+    if (!version)
+        return;
+    if (*version != m_knownVersion) {
+        m_known.clear();
+        m_knownVersion = *version;
+    }
+    m_known.insert(key, value);
 }
 
 bool SqlitePreferencesStore::keepUnreadable(const QString &key, const QByteArray &bytes)
@@ -334,6 +369,7 @@ bool SqlitePreferencesStore::writeRow(const QString &key, const std::optional<QV
         query.bindValue(2, encoded->column);
     }
     const bool written = query.exec();
+    m_known.remove(key);
     if (!written) {
         m_lastError = resultCode(query.lastError());
         qWarning("Preferences: writing %s failed: %s", qPrintable(key), qPrintable(query.lastError().text()));

@@ -2,6 +2,7 @@
 
 #include "profile/PreferencesStore.h"
 
+#include <QHash>
 #include <QMap>
 #include <QSet>
 #include <QSqlDatabase>
@@ -64,6 +65,9 @@ private:
     Outcome connect(Connection how);
     void close();
     bool prepare();
+    // SQLite's count of commits by other connections; nothing when it cannot be asked.
+    std::optional<qint64> dataVersion() const;
+    void remember(const QString &key, const QVariant &value, std::optional<qint64> version) const;
 
     // One row written or removed (no value); false and the database error kept on failure.
     bool writeRow(const QString &key, const std::optional<QVariant> &value);
@@ -82,6 +86,11 @@ private:
     std::unique_ptr<QSqlQuery> m_select;
     std::unique_ptr<QSqlQuery> m_upsert;
     std::unique_ptr<QSqlQuery> m_delete;
+    std::unique_ptr<QSqlQuery> m_version;
+    // The values last read or written here, valid while m_knownVersion is the data version:
+    // no other process has written since.
+    mutable QHash<QString, QVariant> m_known;
+    mutable qint64 m_knownVersion = -1;
     // Writes that have not reached the disk yet, newest value per key (none: a removal).
     QMap<QString, std::optional<QVariant>> m_unsaved;
     // Keys whose stored value could not be read; set aside before it is replaced.

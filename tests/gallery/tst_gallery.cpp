@@ -226,6 +226,29 @@ private slots:
         QCOMPARE(studio->creations(), way == u"unreadable" ? QList<Creation>() : stored);
     }
 
+    // Huge stored values never reach the screens whole: titles are cut as a save cuts them (also
+    // through long character clusters), code too long for the editor is refused or kept aside.
+    void hugeValuesStayOffTheScreens()
+    {
+        const QString eighty = QString(79, u'T') + u'e' + QString(2000, QChar(0x301));
+        QCOMPARE(titled(eighty + QStringLiteral("xyz")).shownTitle(), eighty);
+        Creation huge = titled(QString(100000, u'T'));
+        huge.code = QString(Studio::maxCodeLength + 1, u' ');
+        Studio &studio = fixture->studio;
+        const QString code = studio.code();
+        studio.openCreation(huge);
+        QCOMPARE(studio.message(), u'‘' + QString(80, u'T') + QStringLiteral("’ is too big to open in the editor. Try another creation."));
+        QVERIFY(!studio.free());
+        studio.setCode(huge.code);
+        QCOMPARE(studio.code(), code);
+        QCOMPARE(studio.message(), QStringLiteral("That's more code than a program can use. Try a smaller piece."));
+
+        fixture->store.setString(QStringLiteral("code0"), huge.code);
+        QCOMPARE(fixture->restart()->code(), missions().first().starter);
+        QVERIFY(!fixture->store.string(QStringLiteral("code0")));
+        QCOMPARE(QDir(fixture->folder.path()).entryList({"preferences.sqlite.code0.unreadable-*"}).size(), 1);
+    }
+
     // Two windows on one store, saving in turn: neither loses the other's creations, badges or names.
     void twoWindowsKeepEachOthersWork()
     {

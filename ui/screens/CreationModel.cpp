@@ -48,7 +48,7 @@ QVariant CreationModel::data(const QModelIndex &index, int role) const
     const Creation &creation = m_creations.at(index.row());
     switch (role) {
     case TitleRole:
-        return creation.title;
+        return creation.shownTitle();
     case DateTextRole:
         return dateText(creation.date);
     case ThemeColorRole:
