@@ -7,7 +7,7 @@ JOBS        ?= $(shell nproc)
 # Rebuilds of a fresh checkout reuse earlier compiles when ccache is there.
 LAUNCHER    := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 
-.PHONY: deps configure build run test screenshots bench fuzz reliability mutate sizes clean
+.PHONY: deps configure build run test screenshots package package-check bench fuzz reliability mutate sizes clean
 
 deps:
 	@bash scripts/deps.sh
@@ -28,6 +28,13 @@ test: build
 SHOTS ?= screenshots
 screenshots: build
 	QT_QPA_PLATFORM=offscreen $(BUILD)/tools/screenshots $(SHOTS)
+
+# The Debian package of the application, in $(BUILD); package-check also lints, unpacks and starts it.
+package: build
+	cmake --build $(BUILD) --target package
+
+package-check: package
+	bash packaging/check-package.sh $(BUILD)
 
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Release -DMARBLECOVE_TESTS=OFF -DMARBLECOVE_BENCH=ON $(LAUNCHER)

@@ -20,6 +20,7 @@
 #include <QTimer>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
 
 class PreferencesStore;
@@ -211,6 +212,10 @@ public:
     Q_INVOKABLE bool prepareExport();
     // Writes the picture to the place the child chose in the save dialog.
     Q_INVOKABLE void exportPNG(const QString &path);
+    // The same drawing as lines in an SVG file, for printing large or editing.
+    Q_INVOKABLE void exportSVG(const QString &path);
+    // Opens the program an exported picture carries in free play; any other file is refused.
+    Q_INVOKABLE void openPicture(const QString &path);
 
     // Saved state and erase
     bool canSave() const { return m_canSave; }
@@ -303,6 +308,7 @@ signals:
     void canSaveChanged();
 
 private:
+    void exportPicture(const QString &path, const std::function<QByteArray()> &encode);
     void startUp(bool loadAssets);
     void loadCompanionPictures();
     void setMission(int mission);

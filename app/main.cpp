@@ -6,6 +6,7 @@
 #include "ui/StudioWindow.h"
 
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
 #include <QtQml/qqmlextensionplugin.h>
@@ -18,6 +19,9 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("Marble Cove"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Marble Cove"));
     QGuiApplication::setDesktopFileName(QLatin1String(applicationId));
+    // The installed theme icon where there is one, else the logo the program carries.
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QLatin1String(applicationId),
+                                                    QIcon(QStringLiteral(":/MarbleCove/resources/MarbleCoveLogo.png"))));
 
     // A second start only brings the running studio to the front.
     SingleInstance instance;
@@ -37,5 +41,12 @@ int main(int argc, char *argv[])
         window->raise();
         window->requestActivate();
     });
+    // The package check starts the installed binary and needs it to stop once it has drawn.
+    if (qEnvironmentVariableIsSet("MARBLECOVE_EXIT_AFTER_FIRST_FRAME")) {
+        QObject::connect(window, &QQuickWindow::frameSwapped, &app, [] {
+            qInfo("first frame drawn");
+            QCoreApplication::quit();
+        }, Qt::QueuedConnection);
+    }
     return app.exec();
 }

@@ -9,8 +9,24 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <QStandardPaths>
+#include <QSvgGenerator>
 
 #include <thread>
+
+namespace {
+
+void paintPicture(QPainter &painter, const QList<Stroke> &strokes, const QColor &background)
+{
+    SurfaceInputs inputs;
+    inputs.strokes = strokes;
+    inputs.bounds = strokes;
+    inputs.background = background;
+    paintSurface(painter, QSizeF(pictureSize), inputs);
+}
+
+const QString failed = QStringLiteral("I couldn't create that picture. Try again.");
+
+} // namespace
 
 QImage renderPicture(const QList<Stroke> &strokes, const QColor &background)
 {
@@ -19,17 +35,13 @@ QImage renderPicture(const QList<Stroke> &strokes, const QColor &background)
         return image;
     image.fill(Qt::transparent);
 
-    SurfaceInputs inputs;
-    inputs.strokes = strokes;
-    inputs.bounds = strokes;
-    inputs.background = background;
     // The top and bottom halves are painted at once, each on its own core. A half is painted as
     // the whole picture shifted by whole pixels, so its pixels are those of a single paint.
     const auto paintRows = [&](int top, int bottom) {
         QImage rows(image.scanLine(top), image.width(), bottom - top, int(image.bytesPerLine()), image.format());
         QPainter painter(&rows);
         painter.translate(0, -top);
-        paintSurface(painter, QSizeF(pictureSize), inputs);
+        paintPicture(painter, strokes, background);
     };
     const int middle = image.height() / 2;
     std::thread upper(paintRows, 0, middle);
@@ -52,8 +64,28 @@ QByteArray pictureData(const QList<Stroke> &strokes, const QColor &background)
             png.clear();
     }
     if (png.isEmpty())
-        throw LogoError(QStringLiteral("I couldn't create that picture. Try again."));
+        throw LogoError(failed);
     return png;
+}
+
+QByteArray drawingSvg(const QList<Stroke> &strokes, const QColor &background)
+{
+    QByteArray svg;
+    QBuffer buffer(&svg);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setSize(pictureSize);
+    generator.setViewBox(QRect(QPoint(0, 0), pictureSize));
+    generator.setTitle(QStringLiteral("Marble Cove creation"));
+    {
+        QPainter painter;
+        if (!painter.begin(&generator))
+            throw LogoError(failed);
+        paintPicture(painter, strokes, background);
+    }
+    if (svg.isEmpty())
+        throw LogoError(failed);
+    return svg;
 }
 
 bool writePicture(const QString &path, const QByteArray &png)

@@ -20,6 +20,10 @@ QImage renderPicture(const QList<Stroke> &strokes, const QColor &background);
 // encoding gives nothing.
 QByteArray pictureData(const QList<Stroke> &strokes, const QColor &background);
 
+// The same drawing as renderPicture as an SVG document: one line per stroke, in vectors. Throws
+// LogoError with the child's message when nothing comes out.
+QByteArray drawingSvg(const QList<Stroke> &strokes, const QColor &background);
+
 // A plain (not atomic) write that replaces any file at `path`; false when it cannot be written.
 bool writePicture(const QString &path, const QByteArray &png);
 

@@ -14,4 +14,11 @@ rsvg-convert --width 800 --height 800 --output turtles.png turtles.svg
 # Transparent around the rounded badge.
 rsvg-convert --width 256 --height 256 --output MarbleCoveLogo.png MarbleCoveLogo.svg
 
-echo "rendered turtles.png and MarbleCoveLogo.png"
+# The desktop icon, one PNG per standard hicolor size; the SVG itself is the scalable one.
+for size in 16 24 32 48 64 128 256 512; do
+    mkdir -p "icons/hicolor/${size}x${size}/apps"
+    rsvg-convert --width $size --height $size \
+        --output "icons/hicolor/${size}x${size}/apps/org.marblecove.MarbleCove.png" MarbleCoveLogo.svg
+done
+
+echo "rendered turtles.png, MarbleCoveLogo.png and the desktop icons"

@@ -5,6 +5,7 @@
 #include "gallery/PictureExport.h"
 #include "support/StudioFixture.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -14,6 +15,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QXmlStreamReader>
 
 namespace {
 
@@ -456,6 +458,92 @@ private slots:
         qputenv("XDG_CONFIG_HOME", oldConfig);
         QCOMPARE(folder, blocked ? home.path() : pictures);
         QVERIFY(QFileInfo(folder).isDir());
+    }
+
+    void anExportedPictureOpensWithItsCode()
+    {
+        Studio &studio = fixture->studio;
+        const QString code = QStringLiteral("; Schildkröte ✦ 🐢\nrepeat 4 [fd 50 rt 90]");
+        drawInFreePlay(studio, code);
+        const QString path = fixture->folder.filePath(QStringLiteral("remix.png"));
+        studio.exportPNG(path);
+
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().contains("iTXtMarble Cove code"));
+        const QImage exported(path);
+        QCOMPARE(exported.text(QStringLiteral("Marble Cove code")), code);
+        QCOMPARE(exported, renderPicture(studio.strokes(), themes().at(0).color).convertToFormat(exported.format()));
+
+        const auto restarted = fixture->restart();
+        restarted->setGallery(true);
+        restarted->openPicture(path);
+        QVERIFY(restarted->free());
+        QVERIFY(!restarted->gallery());
+        QCOMPARE(restarted->code(), code);
+        QCOMPARE(restarted->strokes().size(), 4);
+    }
+
+    void otherFilesDoNotOpen_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("message");
+        QBuffer foreign;
+        foreign.open(QIODevice::WriteOnly);
+        QImage picture(8, 8, QImage::Format_ARGB32);
+        picture.fill(Qt::red);
+        picture.setText(QStringLiteral("Title"), QStringLiteral("Not ours"));
+        picture.save(&foreign, "png");
+        const QString noCode = QStringLiteral("That picture has no Marble Cove code inside. Try one you exported from Marble Cove.");
+        const QString unreadable = QStringLiteral("I couldn't open that file. Try a picture you exported from Marble Cove.");
+        QTest::newRow("another program's PNG") << foreign.data() << noCode;
+        QTest::newRow("not a picture") << QByteArray("repeat 4 [fd 50 rt 90]") << unreadable;
+        QTest::newRow("cut short") << QByteArray() << unreadable;
+    }
+
+    void otherFilesDoNotOpen()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, message);
+        Studio &studio = fixture->studio;
+        const QString path = fixture->folder.filePath(QStringLiteral("picture.png"));
+        if (bytes.isEmpty()) {
+            drawInFreePlay(studio, square);
+            studio.exportPNG(path);
+            QFile exported(path);
+            QVERIFY(exported.open(QIODevice::ReadOnly));
+            bytes = exported.readAll();
+            bytes.chop(20); // the image data's end and the closing chunk are lost
+            studio.select(0);
+        }
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        const QString before = studio.code();
+        studio.openPicture(path);
+        QCOMPARE(studio.message(), message);
+        QVERIFY(!studio.free());
+        QCOMPARE(studio.code(), before);
+    }
+
+    void theDrawingExportsAsVectorLines()
+    {
+        Studio &studio = fixture->studio;
+        drawInFreePlay(studio, QStringLiteral("fd 50 color red rt 90 fd 80 rt 45 fd 20"));
+        const QString path = fixture->folder.filePath(QStringLiteral("drawing.svg"));
+        studio.exportSVG(path);
+        QCOMPARE(studio.message(), QStringLiteral("Your picture is exported!"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QXmlStreamReader svg(&file);
+        int lines = 0;
+        while (!svg.atEnd()) {
+            if (svg.readNext() == QXmlStreamReader::StartElement && svg.name() == QStringLiteral("polyline"))
+                ++lines;
+        }
+        QVERIFY2(!svg.hasError(), qPrintable(svg.errorString()));
+        QCOMPARE(lines, 3);
     }
 
     void eraseEmptiesTheGallery()

@@ -1,7 +1,9 @@
 pragma ComponentBehavior: Bound
 
+import QtCore
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Dialogs
 import QtQuick.Layouts
 import MarbleCove
 
@@ -10,6 +12,23 @@ Item {
     id: gallery
     implicitWidth: 760
     implicitHeight: 700
+
+    // A picture was refused; an accepted one closes the sheet.
+    property bool refused: false
+
+    FileDialog {
+        id: openDialog
+        objectName: "openPictureDialog"
+        title: "Open a picture"
+        fileMode: FileDialog.OpenFile
+        nameFilters: ["Marble Cove pictures (*.png)"]
+        acceptLabel: "Open"
+        currentFolder: StandardPaths.writableLocation(StandardPaths.PicturesLocation)
+        onAccepted: {
+            Studio.openPicture(Catalog.localPath(selectedFile))
+            gallery.refused = Studio.gallery
+        }
+    }
 
     CreationModel {
         id: creations
@@ -28,10 +47,32 @@ Item {
             Layout.fillWidth: true
             onDone: Studio.gallery = false
         }
+        RowLayout {
+            spacing: 12
+            Layout.fillWidth: true
+            Text {
+                text: "Your ideas live here. Open a creation to make something new from it."
+                font.pixelSize: 14
+                color: Theme.secondary
+                Layout.fillWidth: true
+            }
+            StudioButton {
+                objectName: "openPictureButton"
+                text: "Open a picture\u2026"
+                symbol: "photo.on.rectangle.angled"
+                onClicked: openDialog.open()
+            }
+        }
+        // Why a picture could not be opened; the status line is hidden behind this sheet.
         Text {
-            text: "Your ideas live here. Open a creation to make something new from it."
+            objectName: "openPictureMessage"
+            visible: gallery.refused
+            text: Studio.message
             font.pixelSize: 14
-            color: Theme.secondary
+            font.bold: true
+            color: Theme.violet
+            wrapMode: Text.WordWrap
+            Layout.fillWidth: true
         }
 
         Item {

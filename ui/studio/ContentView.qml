@@ -130,8 +130,8 @@ Rectangle {
         property string fileName: "Marble Cove creation.png"
         title: "Export picture"
         fileMode: FileDialog.SaveFile
-        nameFilters: ["PNG picture (*.png)"]
-        defaultSuffix: "png"
+        nameFilters: ["PNG picture (*.png)", "SVG drawing (*.svg)"]
+        defaultSuffix: selectedNameFilter.index === 1 ? "svg" : "png"
         acceptLabel: "Save"
 
         function start() {
@@ -155,7 +155,24 @@ Rectangle {
                 selectedFile = kept
         }
         onCurrentFolderChanged: if (visible) selectedFile = Catalog.fileIn(currentFolder, fileName)
-        onAccepted: Studio.exportPNG(Catalog.localPath(selectedFile))
+        onAccepted: {
+            const path = Catalog.localPath(selectedFile)
+            if (path.toLowerCase().endsWith(".svg"))
+                Studio.exportSVG(path)
+            else
+                Studio.exportPNG(path)
+        }
+    }
+
+    // A picture dropped on the window opens like one chosen in the gallery.
+    DropArea {
+        objectName: "pictureDropArea"
+        anchors.fill: parent
+        onEntered: drag => drag.accepted = drag.hasUrls
+        onDropped: drop => {
+            if (drop.hasUrls)
+                Studio.openPicture(Catalog.localPath(drop.urls[0]))
+        }
     }
 
     // The studio dims behind the save dialog as it does behind every sheet.
