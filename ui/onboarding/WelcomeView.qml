@@ -140,6 +140,7 @@ Rectangle {
                             objectName: "playerField"
                             text: welcome.player
                             placeholderText: "Type your name here"
+                            Accessible.name: "Your name"
                             font.pixelSize: 24
                             font.weight: Font.Medium
                             focus: welcome.page === 1

@@ -430,6 +430,7 @@ ColumnLayout {
                 id: target
                 objectName: "targetSwitch"
                 text: "Target"
+                Accessible.name: "Show the target drawing"
                 checked: Studio.showTarget
                 onToggled: Studio.showTarget = checked
                 font.pixelSize: 13

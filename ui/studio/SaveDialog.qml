@@ -28,6 +28,7 @@ Item {
             id: title
             objectName: "titleField"
             placeholderText: "My masterpiece"
+            Accessible.name: "Name your creation"
             text: Studio.creationTitle
             font.pixelSize: 15
             focus: true

@@ -71,7 +71,8 @@ ColumnLayout {
                     rightPadding: 10
                     enabled: open
                     opacity: open ? 1 : 0.5
-                    Accessible.name: Catalog.missions[mission].title
+                    Accessible.name: Catalog.missions[mission].title + (done ? ", earned" : (open ? ", open" : ", locked"))
+                    Accessible.description: Catalog.missions[mission].subtitle
                     // Two lines fit nearly every title; the rare longer one is shown whole on hover.
                     property bool titleCut: false
                     property bool subtitleCut: false

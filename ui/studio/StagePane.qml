@@ -135,6 +135,9 @@ ColumnLayout {
         Text {
             objectName: "statusLine"
             text: Studio.message
+            // An alert is read out as soon as its text changes, wherever the focus is.
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
             font.pixelSize: 14
             color: Theme.ink
             wrapMode: Text.WordWrap
