@@ -22,11 +22,18 @@ bool isInteractive(const QQuickItem *item)
 
 QString nameOf(QQuickItem *item)
 {
-    // A bare mouse area is read through the item it makes clickable.
-    if (item->inherits("QQuickMouseArea"))
-        item = item->parentItem();
     QAccessibleInterface *face = QAccessible::queryAccessibleInterface(item);
-    return face ? face->text(QAccessible::Name).trimmed() : QString();
+    const QString name = face ? face->text(QAccessible::Name).trimmed() : QString();
+    // A bare mouse area is read through the picture or control it lies on.
+    if (name.isEmpty() && item->inherits("QQuickMouseArea")) {
+        QQuickItem *under = item->parentItem();
+        for (int level = 0; under && level < 2; ++level, under = under->parentItem()) {
+            QAccessibleInterface *beneath = QAccessible::queryAccessibleInterface(under);
+            if (beneath && !beneath->text(QAccessible::Name).trimmed().isEmpty())
+                return beneath->text(QAccessible::Name).trimmed();
+        }
+    }
+    return name;
 }
 
 QString describe(const QQuickItem *item)

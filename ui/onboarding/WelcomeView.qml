@@ -92,9 +92,10 @@ Rectangle {
                 ColumnLayout {
                     spacing: 14
                     Image {
-                        source: "qrc:/MarbleCove/resources/MarbleCoveLogo.png"
-                        sourceSize.width: 310
-                        sourceSize.height: 310
+                        // Drawn from the vector source at the screen's pixel ratio, so it stays sharp when scaled.
+                        source: "qrc:/MarbleCove/resources/MarbleCoveLogo.svg"
+                        sourceSize.width: 155
+                        sourceSize.height: 155
                         visible: status === Image.Ready
                         Layout.preferredWidth: 155
                         Layout.preferredHeight: 155

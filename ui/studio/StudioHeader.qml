@@ -19,9 +19,10 @@ Rectangle {
 
         Image {
             id: logo
-            source: "qrc:/MarbleCove/resources/MarbleCoveLogo.png"
-            sourceSize.width: 96
-            sourceSize.height: 96
+            // Drawn from the vector source at the screen's pixel ratio, so it stays sharp when scaled.
+            source: "qrc:/MarbleCove/resources/MarbleCoveLogo.svg"
+            sourceSize.width: 48
+            sourceSize.height: 48
             fillMode: Image.PreserveAspectFit
             Layout.preferredWidth: 48
             Layout.preferredHeight: 48
