@@ -84,9 +84,10 @@ private slots:
         QFETCH(QString, sheet);
         QFETCH(int, page);
         const bool welcome = sheet == u"welcomeSheet";
-        if (!welcome)
-            ui->seedReturningPlayer({0, 1, 2});
-        UI(ui->start());
+        if (welcome)
+            UI(ui->start());
+        else
+            UI(startReturning({0, 1, 2}));
         Studio &studio = ui->studio();
         QQuickItem *root = ui->window()->contentItem();
         if (!sheet.isEmpty()) {
