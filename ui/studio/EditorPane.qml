@@ -278,6 +278,7 @@ ColumnLayout {
                     }
                     event.accepted = true
                 }
+                EditorHistory { document: editor.textDocument }
             }
         }
         CodeDocument {

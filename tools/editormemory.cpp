@@ -1,0 +1,93 @@
+// Pastes a long text into the code editor, selects it all and types over it, again and again,
+// and reports the resident memory as it goes. Not a test; a figure for a person to read.
+//   editormemory [cycles] [characters]
+#include "app/Studio.h"
+#include "profile/SqlitePreferencesStore.h"
+#include "ui/StudioWindow.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtQml/qqmlextensionplugin.h>
+
+#include <cstdio>
+
+Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
+
+namespace {
+
+// Resident memory in MiB, from the kernel's own account of this process.
+double residentMiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
+    }
+    return -1;
+}
+
+QQuickItem *findItem(QQuickItem *root, const QString &name)
+{
+    if (root->objectName() == name)
+        return root;
+    for (QQuickItem *child : root->childItems()) {
+        if (QQuickItem *found = findItem(child, name))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication app(argc, argv);
+    const int cycles = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 50;
+    const int characters = argc > 2 ? QString::fromLocal8Bit(argv[2]).toInt() : 100000;
+
+    QTemporaryDir folder;
+    SqlitePreferencesStore store(folder.filePath(QStringLiteral("preferences.sqlite")));
+    store.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
+    store.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
+    Studio studio(store);
+    QQmlApplicationEngine engine;
+    QQuickWindow *window = loadStudioWindow(engine, studio);
+    if (!window || !QTest::qWaitForWindowExposed(window))
+        return 1;
+    QQuickItem *editor = findItem(window->contentItem(), QStringLiteral("codeEditor"));
+    if (!editor)
+        return 2;
+    studio.enterFree();
+
+    const QString line = QStringLiteral("repeat 4 [ forward 100 right 90 ] ; a square\n");
+    QGuiApplication::clipboard()->setText(line.repeated(characters / line.size() + 1).left(characters));
+    editor->forceActiveFocus();
+    QTest::qWait(200);
+    const double start = residentMiB();
+    std::printf("cycles: %d, pasting %d characters each; resident at the start %.1f MiB\n", cycles, characters, start);
+    double peak = start;
+    for (int cycle = 1; cycle <= cycles; ++cycle) {
+        QMetaObject::invokeMethod(editor, "paste");
+        QTest::qWait(20);
+        QMetaObject::invokeMethod(editor, "selectAll");
+        for (const char key : {'f', 'd', ' ', '1', '0'})
+            QTest::keyClick(window, key);
+        QTest::qWait(20);
+        const double now = residentMiB();
+        peak = std::max(peak, now);
+        if (cycle % 10 == 0)
+            std::printf("after %d cycles: %.1f MiB (%+.1f)\n", cycle, now, now - start);
+    }
+    const double end = residentMiB();
+    std::printf("resident at the end %.1f MiB, %+.1f MiB from the start, peak %.1f MiB; code now %lld characters\n",
+                end, end - start, peak, qint64(studio.code().size()));
+    return 0;
+}
