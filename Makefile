@@ -42,9 +42,10 @@ bench: deps
 	QT_QPA_PLATFORM=offscreen $(BENCH_BUILD)/bench/marblecove_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true
 
 # Runs every fuzz target for FUZZ_SECONDS each (make fuzz FUZZ_SECONDS=600 FUZZ_TARGETS=startup).
-FUZZ_TARGETS ?= logo startup
+FUZZ_TARGETS ?= logo startup creations
 FUZZ_OPTIONS_logo := fuzz/seeds -dict=fuzz/logo.dict
 FUZZ_OPTIONS_startup := fuzz/startup-seeds
+FUZZ_OPTIONS_creations := fuzz/creations-seeds
 fuzz: deps
 	cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ -DMARBLECOVE_FUZZ=ON
 	cmake --build $(FUZZ_BUILD) -j $(JOBS)
