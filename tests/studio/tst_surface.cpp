@@ -195,7 +195,6 @@ private slots:
         QTest::newRow("not scaled: inside") << narrow << turtle(below, grey) << QPoint(115 - 26, 218 + 26) << darkened;
         QTest::newRow("not scaled: outside") << narrow << turtle(below, grey) << QPoint(115, 218 + 30) << meadow;
         QTest::newRow("heading 0 faces up") << phone << turtle(o, up) << origin + QPoint(0, -14) << redMultiplied;
-        QTest::newRow("heading 90 faces right") << phone << turtle(o, up, 90) << origin + QPoint(14, 0) << redMultiplied;
         QTest::newRow("heading 45 faces up-right") << phone << turtle(o, up, 45) << origin + QPoint(10, -10) << redMultiplied;
     }
 
