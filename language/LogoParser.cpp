@@ -271,7 +271,8 @@ QList<Instruction> LogoParser::parse()
 QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &index, int depth, bool bracket,
                                       const QStringList &stack, const SourcePlace *where, SourcePlace opener) const
 {
-    const auto placeAt = [&](qsizetype i) { return where ? where[i] : SourcePlace{}; };
+    // A command at the very end asks for the place of the word after it, which is not there.
+    const auto placeAt = [&](qsizetype i) { return where && i < tokens.size() ? where[i] : SourcePlace{}; };
     const auto tooDeep = [](SourcePlace place) {
         fail(QStringLiteral("Try fewer loops or recipes inside one another."), place);
     };
