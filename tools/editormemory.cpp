@@ -1,6 +1,7 @@
 // Pastes a long text into the code editor, selects it all and types over it, again and again,
 // and reports the resident memory as it goes. Not a test; a figure for a person to read.
 //   editormemory [cycles] [characters]
+#include "ItemSearch.h"
 #include "app/Studio.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
@@ -32,17 +33,6 @@ double residentMiB()
             return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
     }
     return -1;
-}
-
-QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // how many cards were made, and how many thumbnails were asked to repaint while they were on
 // screen. Not a test; a figure for a person to read.
 //   galleryscroll [creations]
+#include "ItemSearch.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
 #include "profile/SqlitePreferencesStore.h"
@@ -38,17 +39,6 @@ QList<Stroke> star(int seed)
                         QStringLiteral("purple"), 3});
     }
     return strokes;
-}
-
-QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
 }
 
 double percentile(QList<double> values, double p)

@@ -6,6 +6,7 @@
 //   windowtimings [--runs N] [--launches N] [--speed S]
 // Each figure comes from a fresh process of this same program (the child modes below), which
 // opens the window exactly as the application does. QT_QUICK_BACKEND passes through.
+#include "ItemSearch.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
 #include "profile/SqlitePreferencesStore.h"
@@ -91,17 +92,6 @@ double cpuSeconds()
     const QByteArray text = stat.readAll();
     const QList<QByteArray> fields = text.mid(text.lastIndexOf(')') + 2).split(' ');
     return (fields.value(11).toDouble() + fields.value(12).toDouble()) / double(sysconf(_SC_CLK_TCK));
-}
-
-QQuickItem *findItem(QQuickItem *root, const QString &name)
-{
-    if (root->objectName() == name)
-        return root;
-    for (QQuickItem *child : root->childItems()) {
-        if (QQuickItem *found = findItem(child, name))
-            return found;
-    }
-    return nullptr;
 }
 
 void report(const char *key, double value)
