@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QQuickTextDocument>
+#include <QTimer>
 #include <QtQml/qqmlregistration.h>
 
 // Keeps the editor's undo history from holding huge texts for good: after an edit that adds or
@@ -18,7 +19,7 @@ public:
     // Characters added and removed by one edit beyond which its undo step is not kept.
     static constexpr int hugeEdit = 10000;
 
-    using QObject::QObject;
+    explicit EditorHistory(QObject *parent = nullptr);
 
     QQuickTextDocument *document() const { return m_document; }
     void setDocument(QQuickTextDocument *document);
@@ -28,7 +29,10 @@ signals:
 
 private:
     void forget();
+    void release();
 
     QPointer<QQuickTextDocument> m_document;
     bool m_forgetting = false;
+    bool m_shrunk = false;
+    QTimer m_release;
 };
