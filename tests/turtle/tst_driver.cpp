@@ -55,7 +55,8 @@ private slots:
         QCOMPARE(finished.count(), 1);
     }
 
-    void stopThenStepContinuesWhereTheRunStopped()
+    // Stepping goes on where a run stopped; past the end, or after an edit, it starts over on a fresh canvas.
+    void steppingContinuesARunAndStartsOver()
     {
         Studio &studio = fixture->studio;
         studio.setCode(threeSteps);
@@ -73,39 +74,22 @@ private slots:
         QCOMPARE(studio.message(), QStringLiteral("Step 2 of 3: RIGHT 90"));
         studio.step();
         QCOMPARE(studio.currentCommand(), QStringLiteral("FORWARD 20"));
+        // the last step hands over to the mission check, which speaks next
         QCOMPARE(studio.message(), QStringLiteral("Nice experiment! Try the mission goal, or ask for a hint."));
         QCOMPARE(finished.count(), 1);
         QCOMPARE(studio.drawingSource(), threeSteps);
         QTest::qWait(400);
         QCOMPARE(finished.count(), 1);
         QCOMPARE(studio.stepIndex(), 3);
-    }
 
-    void steppingPastTheEndStartsAgainOnAFreshCanvas()
-    {
-        Studio &studio = fixture->studio;
-        studio.setCode(threeSteps);
-        QSignalSpy finished(&studio, &Studio::drawingFinished);
-        const QStringList expected{QStringLiteral("Step 1 of 3: FORWARD 10"), QStringLiteral("Step 2 of 3: RIGHT 90"),
-                                   // the last step hands over to the mission check, which speaks next
-                                   QStringLiteral("Nice experiment! Try the mission goal, or ask for a hint."),
-                                   QStringLiteral("Step 1 of 3: FORWARD 10")};
-        for (int i = 0; i < expected.size(); ++i) {
-            studio.step();
-            QCOMPARE(studio.message(), expected.at(i));
-            QCOMPARE(finished.count(), i >= 2 ? 1 : 0);
-        }
+        studio.step();
+        QCOMPARE(studio.message(), QStringLiteral("Step 1 of 3: FORWARD 10"));
         QCOMPARE(studio.strokes().size(), 1);
         QCOMPARE(studio.point(), QPointF(0, -10));
         QCOMPARE(studio.drawingSource(), QString());
-    }
+        QCOMPARE(finished.count(), 1);
 
-    void editingBetweenStepsStartsOver()
-    {
-        Studio &studio = fixture->studio;
-        studio.setCode(threeSteps);
-        studio.step();
-        studio.step();
+        studio.step(); // turned right
         studio.setCode(QStringLiteral("back 5 left 45"));
         studio.step();
         QCOMPARE(studio.message(), QStringLiteral("Step 1 of 2: BACK 5"));
@@ -113,27 +97,27 @@ private slots:
         QCOMPARE(studio.strokes().size(), 1);
         QCOMPARE(studio.strokes().first().to, QPointF(0, 5));
         QCOMPARE(studio.queuedSource(), studio.code());
-    }
 
-    void aSecondRunRestartsFromAFreshCanvas()
-    {
-        Studio &studio = fixture->studio;
-        studio.setCode(QStringLiteral("repeat 4 [fd 10 rt 90]"));
-        studio.setSpeed(Studio::fastestSpeed);
-        studio.run();
-        QTRY_VERIFY(studio.stepIndex() >= 4);
-        studio.run();
-        QCOMPARE(studio.stepIndex(), 1);
-        QCOMPARE(studio.strokes().size(), 1);
-        QVERIFY(studio.running());
-        studio.stop();
+        // Reset empties the canvas, the queue and the counters, and leaves the message.
+        const QString message = studio.message();
+        QSignalSpy strokesChanged(&studio, &Studio::strokesChanged);
+        studio.reset();
+        QCOMPARE(strokesChanged.count(), 1);
+        QVERIFY(studio.strokes().isEmpty() && studio.plannedStrokes().isEmpty());
+        QCOMPARE(std::tuple(studio.point(), studio.heading(), studio.stepIndex(), studio.stepTotal()),
+                 std::tuple(QPointF(), 0.0, 0, 0));
+        QCOMPARE(studio.currentCommand() + studio.drawingSource() + studio.queuedSource(), QString());
+        QCOMPARE(studio.message(), message);
     }
 
     void speedChangesTheNextPause()
     {
         Studio &studio = fixture->studio;
+        for (const auto &[requested, kept] : {std::pair(0.0, 0.01), std::pair(5.0, 0.35), std::pair(0.2, 0.2)}) {
+            studio.setSpeed(requested); // kept within the slider
+            QCOMPARE(studio.speed(), kept);
+        }
         studio.setCode(QStringLiteral("fd 1 fd 1 fd 1 fd 1"));
-        studio.setSpeed(0.2);
         QTimer *pause = pauseOf(studio);
         QVERIFY(pause);
         // Each new step shows the pause that was armed after the step before it: what was left of
@@ -165,9 +149,7 @@ private slots:
         const QString program = QStringLiteral("repeat 12 [ fd 10 rt 31 color pink width 3 ]");
         StudioFixture stepped;
         stepped.studio.setCode(program);
-        do
-            stepped.studio.step();
-        while (stepped.studio.stepIndex() < stepped.studio.stepTotal());
+        stepToEnd(stepped.studio);
 
         StudioFixture fixture;
         Studio &studio = fixture.studio;
@@ -191,157 +173,90 @@ private slots:
         QCOMPARE_GT(wakeUpOfStep.count(wakeUpOfStep.at(2)), 10);
     }
 
-    void speedStaysWithinTheSlider_data()
-    {
-        QTest::addColumn<double>("requested");
-        QTest::addColumn<double>("kept");
-        QTest::newRow("between") << 0.2 << 0.2;
-        QTest::newRow("zero") << 0.0 << 0.01;
-        QTest::newRow("too slow") << 5.0 << 0.35;
-    }
-
-    void speedStaysWithinTheSlider()
-    {
-        QFETCH(double, requested);
-        QFETCH(double, kept);
-        Studio &studio = fixture->studio;
-        studio.setSpeed(requested);
-        QCOMPARE(studio.speed(), kept);
-    }
-
     // A screen reacting to a stroke may stop the run, or start it again, from inside the notification:
     // a stopped run never finishes and a restarted one finishes once.
-    void aRunStoppedOrRestartedFromANotification_data()
-    {
-        QTest::addColumn<bool>("restart");
-        QTest::newRow("stopped") << false;
-        QTest::newRow("restarted") << true;
-    }
-
     void aRunStoppedOrRestartedFromANotification()
     {
-        QFETCH(bool, restart);
-        Studio &studio = fixture->studio;
-        studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
-        studio.setSpeed(Studio::fastestSpeed);
-        QSignalSpy finished(&studio, &Studio::drawingFinished);
-        bool reacted = false;
-        connect(&studio, &Studio::stepIndexChanged, &studio, [&] {
-            if (studio.stepIndex() == 2 && !std::exchange(reacted, true))
-                restart ? studio.run() : studio.stop();
-        });
-        studio.run();
-        QTRY_VERIFY(reacted && !studio.running());
-        QTest::qWait(100);
-        QCOMPARE(finished.count(), restart ? 1 : 0);
-        QCOMPARE(studio.stepIndex(), restart ? 3 : 2);
-        QCOMPARE(studio.strokes().size(), restart ? 3 : 2);
-        QVERIFY(!pauseOf(studio)->isActive());
+        for (const bool restart : {false, true}) {
+            StudioFixture fresh;
+            Studio &studio = fresh.studio;
+            studio.setCode(QStringLiteral("fd 1 fd 1 fd 1"));
+            studio.setSpeed(Studio::fastestSpeed);
+            QSignalSpy finished(&studio, &Studio::drawingFinished);
+            bool reacted = false;
+            connect(&studio, &Studio::stepIndexChanged, &studio, [&] {
+                if (studio.stepIndex() == 2 && !std::exchange(reacted, true))
+                    restart ? studio.run() : studio.stop();
+            });
+            studio.run();
+            QTRY_VERIFY(reacted && !studio.running());
+            QTest::qWait(100);
+            QCOMPARE(finished.count(), restart ? 1 : 0);
+            QCOMPARE(studio.stepIndex(), restart ? 3 : 2);
+            QCOMPARE(studio.strokes().size(), restart ? 3 : 2);
+            QVERIFY(!pauseOf(studio)->isActive());
+        }
     }
 
-    void aFaultyOrEmptyProgramOnlyChangesTheMessage_data()
-    {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<bool>("byStep");
-        QTest::addColumn<QString>("message");
-        const QString unknown = QStringLiteral("I don't know ‘jump’ yet. Check the command guide or define it with TO … END.");
-        const QString empty = QStringLiteral("Add a command first. Try FORWARD 100.");
-        QTest::newRow("unknown word, run") << QStringLiteral("fd 10 jump") << false << unknown;
-        QTest::newRow("unknown word, step") << QStringLiteral("fd 10 jump") << true << unknown;
-        QTest::newRow("empty, run") << QString() << false << empty;
-        QTest::newRow("comments only, step") << QStringLiteral("; just a note\n  ") << true << empty;
-    }
-
+    // An unknown word or nothing to carry out, whether run or stepped, leaves the drawing and the queue.
     void aFaultyOrEmptyProgramOnlyChangesTheMessage()
     {
-        QFETCH(QString, program);
-        QFETCH(bool, byStep);
-        QFETCH(QString, message);
+        const QString unknown = QStringLiteral("I don't know ‘jump’ yet. Check the command guide or define it with TO … END.");
+        const QString empty = QStringLiteral("Add a command first. Try FORWARD 100.");
         Studio &studio = fixture->studio;
-        studio.setCode(threeSteps);
-        studio.step();
-        studio.step();
-        const QList<Stroke> strokes = studio.strokes();
-        const QList<Stroke> planned = studio.plannedStrokes();
-        QSignalSpy finished(&studio, &Studio::drawingFinished);
+        for (const auto &[program, byStep, message] :
+             {std::tuple(QStringLiteral("fd 10 jump"), false, unknown), std::tuple(QStringLiteral("fd 10 jump"), true, unknown),
+              std::tuple(QString(), false, empty), std::tuple(QStringLiteral("; just a note\n  "), true, empty)}) {
+            studio.reset();
+            studio.setCode(threeSteps);
+            studio.step();
+            studio.step();
+            const QList<Stroke> strokes = studio.strokes();
+            const QList<Stroke> planned = studio.plannedStrokes();
+            QSignalSpy finished(&studio, &Studio::drawingFinished);
 
-        studio.setCode(program);
-        byStep ? studio.step() : studio.run();
-        QCOMPARE(studio.message(), message);
-        QCOMPARE(studio.strokes(), strokes);
-        QCOMPARE(studio.plannedStrokes(), planned);
-        QCOMPARE(studio.stepIndex(), 2);
-        QCOMPARE(studio.stepTotal(), 3);
-        QCOMPARE(studio.queuedSource(), threeSteps);
-        QCOMPARE(studio.currentCommand(), QStringLiteral("RIGHT 90"));
-        QVERIFY(!studio.running());
-        QCOMPARE(finished.count(), 0);
-    }
-
-    void currentCommandSpeaksTheLocale_data()
-    {
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QString>("label");
-        const QLocale english(QLocale::English, QLocale::UnitedStates);
-        const QLocale german(QLocale::German, QLocale::Germany);
-        QTest::newRow("fraction") << english << "rt 2.5" << "RIGHT 2.5";
-        QTest::newRow("grouping") << english << "fd 10000" << "FORWARD 10,000";
-        QTest::newRow("many decimals") << english << "left 33.3333333" << "LEFT 33.333";
-        QTest::newRow("german fraction") << german << "rt 2.5" << "RIGHT 2,5";
-        QTest::newRow("german grouping") << german << "seth 10000" << "SETHEADING 10.000";
-        QTest::newRow("width") << german << "setpensize 12" << "WIDTH 12";
-        QTest::newRow("colour") << german << "setpc \"Pink" << "COLOR pink";
-        QTest::newRow("plain") << english << "pu" << "PENUP";
+            studio.setCode(program);
+            byStep ? studio.step() : studio.run();
+            QCOMPARE(studio.message(), message);
+            QCOMPARE(studio.strokes(), strokes);
+            QCOMPARE(studio.plannedStrokes(), planned);
+            QCOMPARE(studio.stepIndex(), 2);
+            QCOMPARE(studio.stepTotal(), 3);
+            QCOMPARE(studio.queuedSource(), threeSteps);
+            QCOMPARE(studio.currentCommand(), QStringLiteral("RIGHT 90"));
+            QVERIFY(!studio.running());
+            QCOMPARE(finished.count(), 0);
+        }
     }
 
     void currentCommandSpeaksTheLocale()
     {
-        QFETCH(QLocale, locale);
-        QFETCH(QString, program);
-        QFETCH(QString, label);
-        QLocale::setDefault(locale);
-        Studio &studio = fixture->studio;
-        studio.setCode(program);
-        studio.step();
-        QCOMPARE(studio.currentCommand(), label);
+        const QLocale english(QLocale::English, QLocale::UnitedStates), german(QLocale::German, QLocale::Germany);
+        for (const auto &[locale, program, label] :
+             {std::tuple(english, "rt 2.5", "RIGHT 2.5"), std::tuple(english, "fd 10000", "FORWARD 10,000"),
+              std::tuple(english, "left 33.3333333", "LEFT 33.333"), std::tuple(german, "rt 2.5", "RIGHT 2,5"),
+              std::tuple(german, "seth 10000", "SETHEADING 10.000"), std::tuple(german, "setpensize 12", "WIDTH 12"),
+              std::tuple(german, "setpc \"Pink", "COLOR pink"), std::tuple(english, "pu", "PENUP")}) {
+            QLocale::setDefault(locale);
+            fixture->studio.setCode(QString::fromUtf8(program));
+            fixture->studio.step();
+            QCOMPARE(fixture->studio.currentCommand(), QString::fromUtf8(label));
+        }
     }
 
-    void resetEmptiesCanvasQueueAndCounters()
-    {
-        Studio &studio = fixture->studio;
-        studio.setCode(threeSteps);
-        for (int i = 0; i < 3; ++i)
-            studio.step();
-        const QString message = studio.message();
-        QSignalSpy strokesChanged(&studio, &Studio::strokesChanged);
-        studio.reset();
-        QCOMPARE(strokesChanged.count(), 1);
-        QVERIFY(studio.strokes().isEmpty() && studio.plannedStrokes().isEmpty());
-        QCOMPARE(std::tuple(studio.point(), studio.heading(), studio.stepIndex(), studio.stepTotal()),
-                 std::tuple(QPointF(), 0.0, 0, 0));
-        QCOMPARE(studio.currentCommand() + studio.drawingSource() + studio.queuedSource(), QString());
-        QCOMPARE(studio.message(), message);
-    }
-
-    void appendedExamplesGoOnTheirOwnLine_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("empty code starts with an empty line") << QString() << "\nright 90\n";
-        QTest::newRow("no final line break") << "forward 50" << "forward 50\nright 90\n";
-        QTest::newRow("final line break kept single") << "forward 50\n" << "forward 50\nright 90\n";
-    }
-
+    // An edit like any other, on a line of its own.
     void appendedExamplesGoOnTheirOwnLine()
     {
-        QFETCH(QString, code);
-        QFETCH(QString, after);
         Studio &studio = fixture->studio;
-        studio.setCode(code);
-        studio.appendCode(QStringLiteral("right 90"));
-        QCOMPARE(studio.code(), after);
-        QCOMPARE(fixture->store.string(QStringLiteral("code0")), after); // an edit like any other
+        const QString once = QStringLiteral("forward 50\nright 90\n");
+        for (const auto &[code, after] : {std::pair(QString(), QStringLiteral("\nright 90\n")),
+                                          std::pair(QStringLiteral("forward 50"), once),
+                                          std::pair(QStringLiteral("forward 50\n"), once)}) {
+            studio.setCode(code);
+            studio.appendCode(QStringLiteral("right 90"));
+            QCOMPARE(studio.code(), after);
+            QCOMPARE(fixture->store.string(QStringLiteral("code0")), after);
+        }
     }
 
     void turtleFieldsNotifyOnlyWhenTheyChange()
