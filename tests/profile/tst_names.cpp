@@ -40,47 +40,27 @@ private slots:
         QVERIFY(characterCount(Studio::cleanTurtleName(typed)) <= maxNameLength);
     }
 
-    void characterCounting_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("count");
-        QTest::newRow("empty") << QString() << 0;
-        QTest::newRow("plain") << "Pip" << 3;
-        QTest::newRow("family emoji") << QString::fromUtf8("👩‍👩‍👧‍👦") << 1;
-        QTest::newRow("flag") << QString::fromUtf8("🇯🇵") << 1;
-        QTest::newRow("combining mark") << QStringLiteral("e\u0301") << 1;
-        QTest::newRow("skin tone") << QString::fromUtf8("👋🏽!") << 2;
-    }
-
+    // Flags and combining marks are counted by the cleaning rows.
     void characterCounting()
     {
-        QFETCH(QString, text);
-        QFETCH(int, count);
-        QCOMPARE(characterCount(text), count);
-        QCOMPARE(leftCharacters(text, count), text);
+        for (const auto &[text, count] : {std::pair(QString(), 0), std::pair(QStringLiteral("Pip"), 3),
+                                          std::pair(QString::fromUtf8("👩‍👩‍👧‍👦"), 1), std::pair(QString::fromUtf8("👋🏽!"), 2)}) {
+            QCOMPARE(characterCount(text), count);
+            QCOMPARE(leftCharacters(text, count), text);
+        }
     }
 
-    void shownNames_data()
-    {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<QString>("nickname");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("default") << 2 << QString() << "Orbit";
-        QTest::newRow("nickname") << 0 << "  Sir   Shelly " << "Sir Shelly";
-        QTest::newRow("blank nickname") << 1 << "   " << "Peaches";
-        QTest::newRow("royal default") << 3 << QString() << "Your Majesty";
-        QTest::newRow("beyond the list") << 9 << "Nine" << "Clover";
-        QTest::newRow("below the list") << -1 << "Minus" << "Clover";
-    }
-
+    // A nickname, or the default for a blank one; indices off the list get the first default.
     void shownNames()
     {
-        QFETCH(int, index);
-        QFETCH(QString, nickname);
-        QFETCH(QString, shown);
-        StudioFixture fixture;
-        fixture.store.setStringDictionary(QStringLiteral("turtleNames"), {{QString::number(index), nickname}});
-        QCOMPARE(fixture.restart()->displayName(index), shown);
+        for (const auto &[index, nickname, shown] :
+             {std::tuple(2, QString(), "Orbit"), std::tuple(0, QStringLiteral("  Sir   Shelly "), "Sir Shelly"),
+              std::tuple(1, QStringLiteral("   "), "Peaches"), std::tuple(3, QString(), "Your Majesty"),
+              std::tuple(9, QStringLiteral("Nine"), "Clover"), std::tuple(-1, QStringLiteral("Minus"), "Clover")}) {
+            StudioFixture fixture;
+            fixture.store.setStringDictionary(QStringLiteral("turtleNames"), {{QString::number(index), nickname}});
+            QCOMPARE(fixture.restart()->displayName(index), QString::fromUtf8(shown));
+        }
     }
 
     void turtleNameFollowsTheChosenCompanion()
