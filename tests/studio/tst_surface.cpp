@@ -54,12 +54,6 @@ int distance(QColor a, QColor b)
                      std::abs(a.alpha() - b.alpha())});
 }
 
-int squaredDistance(QColor a, QColor b)
-{
-    const int r = a.red() - b.red(), g = a.green() - b.green(), bl = a.blue() - b.blue(), al = a.alpha() - b.alpha();
-    return r * r + g * g + bl * bl + al * al;
-}
-
 // Mean centre of the opaque pixels nearer `color` than `background`; (-1, -1) when there are none.
 QPointF centroid(const QImage &image, QColor color, QColor background)
 {
@@ -68,7 +62,7 @@ QPointF centroid(const QImage &image, QColor color, QColor background)
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor pixel = image.pixelColor(x, y);
-            if (pixel.alpha() == 255 && squaredDistance(pixel, color) < squaredDistance(pixel, background)) {
+            if (pixel.alpha() == 255 && distance(pixel, color) < distance(pixel, background)) {
                 sumX += x + 0.5;
                 sumY += y + 0.5;
                 ++count;
@@ -338,85 +332,37 @@ private slots:
         QVERIFY(!QFile::exists(folder.filePath(QStringLiteral("missing/picture.png"))));
     }
 
-    void itemNotifiesOnRealChanges_data()
+    // Each input notifies once, and only when its value really changes.
+    void itemNotifiesOnRealChanges()
     {
-        QTest::addColumn<QByteArray>("property");
-        QTest::addColumn<QVariant>("value");
-
         QImage picture(4, 4, QImage::Format_ARGB32);
         picture.fill(Qt::green);
         const QVariant strokes = QVariant::fromValue(QList<Stroke>{line({0, 0}, {5, 5})});
         const QList<std::pair<const char *, QVariant>> changes{
             {"strokes", strokes}, {"ghost", strokes}, {"bounds", strokes}, {"point", QPointF(3, 4)}, {"hasPoint", true},
             {"turtle", picture}, {"heading", 90.0}, {"background", meadow}, {"grid", true}};
-        for (const auto &[name, value] : changes)
-            QTest::newRow(name) << QByteArray(name) << value;
-    }
-
-    void itemNotifiesOnRealChanges()
-    {
-        QFETCH(QByteArray, property);
-        QFETCH(QVariant, value);
-
         DrawingSurface item;
-        const QMetaProperty meta = item.metaObject()->property(item.metaObject()->indexOfProperty(property));
-        QVERIFY(meta.hasNotifySignal());
-        QSignalSpy spy(&item, meta.notifySignal());
-        QVERIFY(item.setProperty(property, value));
-        QVERIFY(item.setProperty(property, value));
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(item.property(property), value);
+        for (const auto &[name, value] : changes) {
+            const QMetaProperty meta = item.metaObject()->property(item.metaObject()->indexOfProperty(name));
+            QVERIFY2(meta.hasNotifySignal(), name);
+            QSignalSpy spy(&item, meta.notifySignal());
+            QVERIFY(item.setProperty(name, value));
+            QVERIFY(item.setProperty(name, value));
+            QCOMPARE(std::pair(QByteArray(name), int(spy.count())), std::pair(QByteArray(name), 1));
+            QCOMPARE(item.property(name), value);
+        }
     }
 
-    void itemPaintsTheSurface()
-    {
-        DrawingSurface item;
-        item.setSize(QSizeF(390, 400));
-        QImage picture(8, 8, QImage::Format_ARGB32);
-        picture.fill(QColor(90, 90, 90));
-        const QList<Stroke> drawing{line({0, 0}, {0, -100}, "green", 6), line({0, -100}, {80, -100}, "sparkly")};
-        item.setStrokes(drawing);
-        item.setGhost({line({0, 0}, {-100, 0})});
-        item.setBounds(drawing + QList<Stroke>{line({0, 0}, {0, 300})});
-        item.setPoint(QPointF(80, -100));
-        item.setTurtle(picture);
-        item.setHeading(90);
-        item.setBackground(meadow);
-        item.setGrid(true);
-
-        const auto paintItem = [&item] { return paintedOn({390, 400}, [&item](QPainter &painter) { item.paint(&painter); }); };
-        // Without hasPoint the turtle stays hidden even though its point is set.
-        SurfaceInputs expected{drawing, item.ghost(), item.bounds(), {}, picture, 90, meadow, true};
-        const QImage withoutTurtle = render({390, 400}, expected);
-        QCOMPARE(paintItem(), withoutTurtle);
-        item.setHasPoint(true);
-        expected.point = QPointF(80, -100);
-        const QImage withTurtle = paintItem();
-        QCOMPARE(withTurtle, render({390, 400}, expected));
-        QVERIFY(withTurtle != withoutTurtle);
-    }
-
-    // At scale 2: a click lands on a stroke, near one, or on nothing.
-    void strokeUnderAClick_data()
-    {
-        QTest::addColumn<QPointF>("click");
-        QTest::addColumn<int>("stroke");
-        QTest::newRow("on the first") << QPointF(100, 20) << 0;
-        QTest::newRow("where two cross, the later") << QPointF(199, 220) << 2;
-        QTest::newRow("within reach") << QPointF(100, 30) << 0;
-        QTest::newRow("nearest, not latest") << QPointF(190, 30) << 0;
-        QTest::newRow("out of reach") << QPointF(100, 40) << -1;
-        QTest::newRow("past the end") << QPointF(300, 20) << -1;
-    }
-
+    // At scale 2: a click lands on a stroke (where two cross, the later), within reach of one (the
+    // nearest, not the latest), or on nothing.
     void strokeUnderAClick()
     {
-        QFETCH(QPointF, click);
-        QFETCH(int, stroke);
         const QList<Stroke> strokes{line({0, 0}, {100, 0}, "red", 4), line({0, 100}, {100, 100}, "red", 10),
                                     line({100, 0}, {100, 120}, "red", 2)};
-        const SurfaceFit fit{2, 0, 20};
-        QCOMPARE(strokeAt(strokes, fit, click, 8), stroke);
+        for (const auto &[click, stroke] : {std::pair(QPointF(100, 20), 0), std::pair(QPointF(199, 220), 2),
+                                            std::pair(QPointF(100, 30), 0), std::pair(QPointF(190, 30), 0),
+                                            std::pair(QPointF(100, 40), -1), std::pair(QPointF(300, 20), -1)})
+            QCOMPARE(std::pair(click, int(strokeAt(strokes, SurfaceFit{2, 0, 20}, click, 8))), std::pair(click, stroke));
     }
 
     // The item keeps what it painted and adds only new strokes; whatever happens to its inputs,
@@ -428,9 +374,10 @@ private slots:
         QImage picture(8, 8, QImage::Format_ARGB32);
         picture.fill(QColor(90, 90, 90));
         item.setTurtle(picture);
-        item.setHasPoint(true);
         item.setGrid(true);
-        item.setGhost({line({0, 0}, {-100, 40}), line({-100, 40}, {50, -150})});
+        item.setBackground(meadow);
+        const QList<Stroke> ghost{line({0, 0}, {-100, 40}), line({-100, 40}, {50, -150})};
+        item.setGhost(ghost);
 
         QRandomGenerator random(17);
         const QStringList colours = palette().keys();
@@ -447,12 +394,22 @@ private slots:
             const QSize size = item.size().toSize();
             return paintedOn(size, [&item](QPainter &painter) { item.paint(&painter); });
         };
-        const auto expectFullPaint = [&] {
-            SurfaceInputs inputs = item.inputs();
-            QCOMPARE(paintItem(), render(item.size().toSize(), inputs));
-        };
+        // Each setter feeds its own input; without hasPoint the turtle stays hidden though its point is set.
+        item.setStrokes(drawing.first(3));
+        item.setPoint(QPointF(80, -100));
+        item.setHeading(90);
+        SurfaceInputs expected{drawing.first(3), ghost, drawing, {}, picture, 90, meadow, true};
+        const QImage withoutTurtle = paintItem();
+        QCOMPARE(withoutTurtle, render({900, 340}, expected));
+        item.setHasPoint(true);
+        expected.point = QPointF(80, -100);
+        const QImage withTurtle = paintItem();
+        QCOMPARE(withTurtle, render({900, 340}, expected));
+        QVERIFY(withTurtle != withoutTurtle);
+
+        const auto expectFullPaint = [&] { QCOMPARE(paintItem(), render(item.size().toSize(), item.inputs())); };
         // A run: the drawing grows a few strokes per frame while the turtle moves.
-        for (qsizetype shown = 0; shown < drawing.size(); shown += 1 + random.bounded(60)) {
+        for (qsizetype shown = 3; shown < drawing.size(); shown += 1 + random.bounded(60)) {
             item.setStrokes(drawing.first(shown));
             item.setPoint(drawing.at(shown).from);
             item.setHeading(shown * 7);
@@ -462,7 +419,7 @@ private slots:
         expectFullPaint();
         item.setSize(QSizeF(640, 300));
         expectFullPaint();
-        item.setBackground(meadow);
+        item.setBackground(paper);
         expectFullPaint();
         item.setGhost({});
         expectFullPaint();
