@@ -13,13 +13,15 @@
 #include <QTest>
 #include <QUrl>
 
+using namespace Qt::StringLiterals;
+
 class JourneyTest : public UiTest
 {
     Q_OBJECT
 
     bool typeAndRun(const QString &code)
     {
-        return ui->replaceText(QStringLiteral("codeEditor"), code) && ui->studio().code() == code && runToEnd(60000);
+        return ui->replaceText(u"codeEditor"_s, code) && ui->studio().code() == code && runToEnd(60000);
     }
 
 private slots:
@@ -30,14 +32,14 @@ private slots:
 
         // The first start: the welcome flow, with a name and a companion.
         UI(ui->start());
-        UI(ui->waitForSheet(QStringLiteral("welcomeSheet"), true));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->replaceText(QStringLiteral("playerField"), QStringLiteral("Ada")));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->click(QStringLiteral("pickerCard_2")));
-        UI(ui->click(QStringLiteral("welcomeForwardButton")));
-        UI(ui->clickForSheet(QStringLiteral("welcomeForwardButton"), QStringLiteral("welcomeSheet"), false));
-        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Ada and Orbit. Let’s make something!"));
+        UI(ui->waitForSheet(u"welcomeSheet"_s, true));
+        UI(ui->click(u"welcomeForwardButton"_s));
+        UI(ui->replaceText(u"playerField"_s, u"Ada"_s));
+        UI(ui->click(u"welcomeForwardButton"_s));
+        UI(ui->click(u"pickerCard_2"_s));
+        UI(ui->click(u"welcomeForwardButton"_s));
+        UI(ui->clickForSheet(u"welcomeForwardButton"_s, u"welcomeSheet"_s, false));
+        QCOMPARE(ui->text(u"statusLine"_s), u"Ada and Orbit. Let’s make something!"_s);
         UI(ui->chooseSpeed(true));
 
         // Every mission, by its own solution, following the celebration onwards.
@@ -46,66 +48,64 @@ private slots:
             QCOMPARE(ui->studio().mission(), mission);
             QVERIFY2(!ui->studio().free(), where);
             UI(typeAndRun(missions().at(mission).solution));
-            UI(ui->waitForSheet(QStringLiteral("celebrationSheet"), true));
+            UI(ui->waitForSheet(u"celebrationSheet"_s, true));
             const int badges = mission + 1;
-            QCOMPARE(ui->text(QStringLiteral("celebrationHeadline")), QStringLiteral("Look what you made!"));
-            QVERIFY2(ui->isShown(QStringLiteral("royalLine")) == (badges == 3), where);
+            QCOMPARE(ui->text(u"celebrationHeadline"_s), u"Look what you made!"_s);
+            QVERIFY2(ui->isShown(u"royalLine"_s) == (badges == 3), where);
             const bool newCanvas = badges % 6 == 0;
-            QVERIFY2(ui->isShown(QStringLiteral("canvasLine")) == newCanvas, where);
+            QVERIFY2(ui->isShown(u"canvasLine"_s) == newCanvas, where);
             if (newCanvas)
-                QCOMPARE(ui->text(QStringLiteral("canvasLine")),
-                         QStringLiteral("New canvas unlocked: ") + themes().at(badges / 6).name + u'!');
-            QCOMPARE(ui->text(QStringLiteral("nextAdventureButton")),
-                     badges == 30 ? QStringLiteral("Explore free play") : QStringLiteral("Next adventure"));
-            UI(ui->clickForSheet(QStringLiteral("nextAdventureButton"), QStringLiteral("celebrationSheet"), false));
+                QCOMPARE(ui->text(u"canvasLine"_s), u"New canvas unlocked: "_s + themes().at(badges / 6).name + u'!');
+            QCOMPARE(ui->text(u"nextAdventureButton"_s), badges == 30 ? u"Explore free play"_s : u"Next adventure"_s);
+            UI(ui->clickForSheet(u"nextAdventureButton"_s, u"celebrationSheet"_s, false));
         }
         QVERIFY(ui->studio().free());
-        QCOMPARE(ui->text(QStringLiteral("rank")), QStringLiteral("Marble Cove Master"));
+        QCOMPARE(ui->text(u"rank"_s), u"Marble Cove Master"_s);
 
         // A creation kept in the gallery, and a picture exported.
-        UI(typeAndRun(QStringLiteral("color pink\nrepeat 36 [\n  forward 120\n  right 170\n]\n")));
-        UI(ui->clickForSheet(QStringLiteral("saveCreationButton"), QStringLiteral("savingSheet")));
-        QCOMPARE(ui->property(QStringLiteral("titleField"), "text").toString(), QStringLiteral("My masterpiece"));
-        UI(ui->replaceText(QStringLiteral("titleField"), QStringLiteral("Pink star")));
-        UI(ui->clickForSheet(QStringLiteral("saveToGalleryButton"), QStringLiteral("savingSheet"), false));
-        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("‘Pink star’ is safe in your gallery."));
+        UI(typeAndRun(u"color pink\nrepeat 36 [\n  forward 120\n  right 170\n]\n"_s));
+        UI(ui->clickForSheet(u"saveCreationButton"_s, u"savingSheet"_s));
+        QCOMPARE(ui->property(u"titleField"_s, "text").toString(), u"My masterpiece"_s);
+        UI(ui->replaceText(u"titleField"_s, u"Pink star"_s));
+        UI(ui->clickForSheet(u"saveToGalleryButton"_s, u"savingSheet"_s, false));
+        QCOMPARE(ui->text(u"statusLine"_s), u"‘Pink star’ is safe in your gallery."_s);
 
-        QObject *dialog = ui->find(QStringLiteral("exportDialog"));
+        QObject *dialog = ui->find(u"exportDialog"_s);
         QVERIFY(dialog);
-        UI(ui->click(QStringLiteral("exportButton")));
-        UI(ui->waitFor([&] { return dialog->property("visible").toBool(); }, QStringLiteral("the save dialog")));
+        UI(ui->click(u"exportButton"_s));
+        UI(ui->waitFor([&] { return dialog->property("visible").toBool(); }, u"the save dialog"_s));
         // It opens on the pictures folder, made on this fresh home, with the picture's usual name.
         const QUrl offered = dialog->property("selectedFile").toUrl();
         QVERIFY(QFileInfo(dialog->property("currentFolder").toUrl().toLocalFile()).isDir());
         QCOMPARE(offered.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash),
                  dialog->property("currentFolder").toUrl());
-        QCOMPARE(offered.fileName(), QStringLiteral("Marble Cove creation.png"));
+        QCOMPARE(offered.fileName(), u"Marble Cove creation.png"_s);
         const QString picture = offered.toLocalFile();
         QMetaObject::invokeMethod(dialog, "accept");
-        UI(ui->waitFor([&] { return QFile::exists(picture); }, QStringLiteral("the exported picture")));
-        QCOMPARE(ui->text(QStringLiteral("statusLine")), QStringLiteral("Your picture is exported!"));
+        UI(ui->waitFor([&] { return QFile::exists(picture); }, u"the exported picture"_s));
+        QCOMPARE(ui->text(u"statusLine"_s), u"Your picture is exported!"_s);
         QCOMPARE(QImage(picture).size(), QSize(1200, 1000));
 
         // A restart gives everything back.
         ui->shutDown();
         UI(ui->start());
-        QVERIFY(!ui->isSheetOpen(QStringLiteral("welcomeSheet")));
+        QVERIFY(!ui->isSheetOpen(u"welcomeSheet"_s));
         QCOMPARE(ui->studio().badges(), 30);
-        QCOMPARE(ui->text(QStringLiteral("rank")), QStringLiteral("Marble Cove Master"));
-        QCOMPARE(ui->text(QStringLiteral("experience")), QStringLiteral("✦ 3000 XP"));
-        QCOMPARE(ui->text(QStringLiteral("progressText")), QStringLiteral("30 / 30 missions explored"));
-        QCOMPARE(ui->studio().turtleName(), QStringLiteral("Orbit"));
+        QCOMPARE(ui->text(u"rank"_s), u"Marble Cove Master"_s);
+        QCOMPARE(ui->text(u"experience"_s), u"✦ 3000 XP"_s);
+        QCOMPARE(ui->text(u"progressText"_s), u"30 / 30 missions explored"_s);
+        QCOMPARE(ui->studio().turtleName(), u"Orbit"_s);
         QCOMPARE(ui->studio().creations().size(), 1);
-        QCOMPARE(ui->studio().creations().first().title, QStringLiteral("Pink star"));
-        UI(ui->clickForSheet(QStringLiteral("galleryButton"), QStringLiteral("gallerySheet")));
+        QCOMPARE(ui->studio().creations().first().title, u"Pink star"_s);
+        UI(ui->clickForSheet(u"galleryButton"_s, u"gallerySheet"_s));
         ui->key(Qt::Key_Escape);
-        UI(ui->waitForSheet(QStringLiteral("gallerySheet"), false));
+        UI(ui->waitForSheet(u"gallerySheet"_s, false));
 
         // Starting over.
-        UI(ui->clickForSheet(QStringLiteral("profileButton"), QStringLiteral("playerSettingsSheet")));
-        UI(ui->click(QStringLiteral("startOverButton")));
-        UI(ui->waitFor([&] { return ui->isShown(QStringLiteral("eraseGameButton")); }, QStringLiteral("the erase alert")));
-        UI(ui->clickForSheet(QStringLiteral("eraseGameButton"), QStringLiteral("welcomeSheet")));
+        UI(ui->clickForSheet(u"profileButton"_s, u"playerSettingsSheet"_s));
+        UI(ui->click(u"startOverButton"_s));
+        UI(ui->waitFor([&] { return ui->isShown(u"eraseGameButton"_s); }, u"the erase alert"_s));
+        UI(ui->clickForSheet(u"eraseGameButton"_s, u"welcomeSheet"_s));
         QCOMPARE(ui->studio().badges(), 0);
         QVERIFY(ui->studio().creations().isEmpty());
         QVERIFY(ui->store().keys().isEmpty());

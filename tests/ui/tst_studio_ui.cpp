@@ -73,32 +73,14 @@ private slots:
         QVERIFY2(warnings.join(u'\n').contains(u"noSuchThing"_s), qPrintable(warnings.join(u'\n')));
     }
 
-    void headerAndBanner_data()
-    {
-        QTest::addColumn<QList<qint64>>("completed");
-        QTest::addColumn<QString>("experience");
-        QTest::addColumn<QString>("rank");
-        QTest::addColumn<QString>("progress");
-        QTest::addColumn<QString>("badge");
-        QTest::newRow("mission 0 not among them")
-            << QList<qint64>{7, 8} << u"\u2726 200 XP"_s << u"Curious Coder"_s << u"2 / 30 missions explored"_s << u"\u2713 +100 XP"_s;
-        QTest::newRow("all thirty")
-            << range(0, 30) << u"\u2726 3000 XP"_s << u"Marble Cove Master"_s << u"30 / 30 missions explored"_s << u"\u2713 Earned"_s;
-    }
-
+    // All thirty badges are the journey's.
     void headerAndBanner()
     {
-        QFETCH(QList<qint64>, completed);
-        QFETCH(QString, experience);
-        QFETCH(QString, rank);
-        QFETCH(QString, progress);
-        QFETCH(QString, badge);
-        UI(startReturning(completed));
-
-        QCOMPARE(ui->text(u"experience"_s), experience);
-        QCOMPARE(ui->text(u"rank"_s), rank);
-        QCOMPARE(ui->text(u"progressText"_s), progress);
-        QCOMPARE(ui->text(u"badgeCapsule"_s), badge);
+        UI(startReturning({7, 8}));
+        QCOMPARE(ui->text(u"experience"_s), u"\u2726 200 XP"_s);
+        QCOMPARE(ui->text(u"rank"_s), u"Curious Coder"_s);
+        QCOMPARE(ui->text(u"progressText"_s), u"2 / 30 missions explored"_s);
+        QCOMPARE(ui->text(u"badgeCapsule"_s), u"\u2713 +100 XP"_s); // mission 0 is not among them
         QCOMPARE(ui->text(u"worldTitle"_s), u"Ada\u2019S WORLD OF CODE"_s);
         QCOMPARE(ui->text(u"bannerKicker"_s), u"MISSION 1 OF 30  \u2022  TURTLE TRAIL"_s);
         QCOMPARE(ui->text(u"bannerTitle"_s), u"Baby steps"_s);
@@ -111,56 +93,75 @@ private slots:
         QCOMPARE(ui->text(u"bannerTitle"_s), u"The imagination station"_s);
         QVERIFY(!ui->isShown(u"badgeCapsule"_s));
         QVERIFY(!ui->isShown(u"targetSwitch"_s));
-        QCOMPARE(ui->text(u"experience"_s), experience);
+        QCOMPARE(ui->text(u"experience"_s), u"\u2726 200 XP"_s);
     }
 
-    // The next step in the same world and in a new one; free play after the last is the journey's.
-    void solveAndMoveOn_data()
-    {
-        QTest::addColumn<int>("mission");
-        QTest::addColumn<QList<qint64>>("completed");
-        QTest::addColumn<QString>("headline");
-        QTest::addColumn<QString>("experienceAfter");
-        QTest::addColumn<QString>("kickerAfter");
-        QTest::newRow("mission 1 again") << 0 << QList<qint64>{0} << u"You\u2019ve still got it!"_s << u"\u2726 100 XP"_s
-                                         << u"MISSION 2 OF 30  \u2022  TURTLE TRAIL"_s;
-        QTest::newRow("last of the first world") << 5 << range(0, 5) << u"Look what you made!"_s << u"\u2726 600 XP"_s
-                                                 << u"MISSION 7 OF 30  \u2022  SHAPE CITY"_s;
-    }
-
+    // A repeat, then the last of the first world (a new canvas): the next step in the same world and in
+    // a new one. Free play after the last mission is the journey's.
     void solveAndMoveOn()
     {
-        QFETCH(int, mission);
-        QFETCH(QList<qint64>, completed);
-        QFETCH(QString, headline);
-        QFETCH(QString, experienceAfter);
-        QFETCH(QString, kickerAfter);
-        UI(startReturning(completed));
-        ui->studio().select(mission); // arranged: the sidebar's own clicks are tested below
+        UI(startReturning(range(0, 5)));
         UI(ui->chooseSpeed(true));
-        UI(ui->replaceText(u"codeEditor"_s, missions().at(mission).solution));
-        UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
-        QCOMPARE(ui->text(u"celebrationHeadline"_s), headline);
-        QCOMPARE(ui->text(u"nextAdventureButton"_s), u"Next adventure"_s);
-        QCOMPARE(ui->text(u"experience"_s), experienceAfter);
-        QCOMPARE(ui->text(u"badgeCapsule"_s), u"\u2713 Earned"_s);
+        for (const auto &[mission, headline, experience, kicker] :
+             {std::tuple(0, u"You\u2019ve still got it!"_s, u"\u2726 500 XP"_s, u"MISSION 2 OF 30  \u2022  TURTLE TRAIL"_s),
+              std::tuple(5, u"Look what you made!"_s, u"\u2726 600 XP"_s, u"MISSION 7 OF 30  \u2022  SHAPE CITY"_s)}) {
+            ui->studio().select(mission); // arranged: the sidebar's own clicks are tested below
+            UI(ui->replaceText(u"codeEditor"_s, missions().at(mission).solution));
+            UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
+            QCOMPARE(ui->text(u"celebrationHeadline"_s), headline);
+            QCOMPARE(ui->text(u"nextAdventureButton"_s), u"Next adventure"_s);
+            QCOMPARE(ui->text(u"experience"_s), experience);
+            QCOMPARE(ui->text(u"badgeCapsule"_s), u"\u2713 Earned"_s);
+            QCOMPARE(ui->isShown(u"canvasLine"_s), mission == 5);
+            if (mission == 5)
+                QCOMPARE(ui->text(u"canvasLine"_s), u"New canvas unlocked: Peach sky!"_s);
+            QVERIFY(!ui->isShown(u"royalLine"_s));
 
-        UI(ui->clickForSheet(u"nextAdventureButton"_s, u"celebrationSheet"_s, false));
-        QCOMPARE(ui->text(u"bannerKicker"_s), kickerAfter);
-        QCOMPARE(ui->studio().mission(), mission + 1);
-        QCOMPARE(ui->text(u"codeEditor"_s), missions().at(mission + 1).starter);
-        QCOMPARE(ui->text(u"goalText"_s), missions().at(mission + 1).goal);
-        // The sidebar follows into the next mission's world, where a badge earned on screen opened the row.
-        QVERIFY(ui->isShown(u"mission_%1"_s.arg(mission + 1)) && ui->isEnabled(u"mission_%1"_s.arg(mission + 1)));
-        QCOMPARE(ui->property(u"worldPicker"_s, "currentIndex").toInt(), worldOf(mission + 1));
+            UI(ui->clickForSheet(u"nextAdventureButton"_s, u"celebrationSheet"_s, false));
+            QCOMPARE(ui->text(u"bannerKicker"_s), kicker);
+            QCOMPARE(ui->studio().mission(), mission + 1);
+            QCOMPARE(ui->text(u"codeEditor"_s), missions().at(mission + 1).starter);
+            QCOMPARE(ui->text(u"goalText"_s), missions().at(mission + 1).goal);
+            // The sidebar follows into the next mission's world, where a badge earned on screen opened the row.
+            QVERIFY(ui->isShown(u"mission_%1"_s.arg(mission + 1)) && ui->isEnabled(u"mission_%1"_s.arg(mission + 1)));
+            QCOMPARE(ui->property(u"worldPicker"_s, "currentIndex").toInt(), worldOf(mission + 1));
+        }
+        // The canvas just earned answers in the menu at once; the next stays locked and looks it; every label fits.
+        QCOMPARE(ui->text(u"themeMenuButton"_s), u"Meadow"_s);
+        UI(ui->click(u"themeMenuButton"_s));
+        UI(themeMenuOpen(true));
+        for (int i = 0; i < themes().size(); ++i) {
+            const QString name = u"theme_%1"_s.arg(i);
+            QVERIFY2(ui->isShown(name), qPrintable(name));
+            QCOMPARE(ui->isEnabled(name), i < 2);
+            QCOMPARE(ui->property(name, "opacity").toReal() < 1, i >= 2);
+            QVERIFY(ui->property(name, "implicitWidth").toReal() <= ui->property(name, "width").toReal());
+        }
+        QCOMPARE(ui->text(u"theme_2"_s), u"Blue lagoon \u00b7 12 badges"_s);
+        UI(ui->click(u"theme_2"_s, UiHarness::Require::Anything));
+        QTest::qWait(50);
+        QCOMPARE(ui->studio().theme(), 0);
+        UI(ui->click(u"theme_1"_s));
+        UI(themeMenuOpen(false));
+        QCOMPARE(ui->studio().theme(), 1);
+        QCOMPARE(ui->text(u"themeMenuButton"_s), themes().at(1).name);
+        QCOMPARE(ui->store().integer(u"theme"_s), 1);
     }
 
+    // A comment alone is text in the editor with still nothing to run; a wrong drawing only encourages.
     void wrongDrawingEncourages()
     {
-        const QString program = u"forward 100\nright 90\nforward 100"_s;
         UI(startReturning());
+        UI(ui->replaceText(u"codeEditor"_s, u"; just thinking"_s));
+        QCOMPARE(ui->studio().code(), u"; just thinking"_s);
+        UI(ui->click(u"runButton"_s));
+        QCOMPARE(ui->text(u"statusLine"_s), u"Add a command first. Try FORWARD 100."_s);
+        QCOMPARE(ui->text(u"runButton"_s), u"Run code"_s);
+        QVERIFY(!ui->isEnabled(u"saveCreationButton"_s));
+        QVERIFY(!ui->isEnabled(u"exportButton"_s));
+
         UI(ui->chooseSpeed(true));
-        UI(ui->replaceText(u"codeEditor"_s, program));
+        UI(ui->replaceText(u"codeEditor"_s, u"forward 100\nright 90\nforward 100"_s));
         QVERIFY(runToEnd());
         QCOMPARE(ui->text(u"statusLine"_s), nudge);
         QTest::qWait(100); // a celebration would already be on its way
@@ -170,20 +171,6 @@ private slots:
         QCOMPARE(ui->text(u"badgeCapsule"_s), u"\u2713 +100 XP"_s);
         QVERIFY(!ui->isEnabled(u"mission_1"_s));
         QVERIFY(!ui->studio().strokes().isEmpty()); // the drawing stays for the child to look at
-    }
-
-    // A comment alone is text in the editor with still nothing to run.
-    void nothingToRun()
-    {
-        const QString program = u"; just thinking"_s;
-        UI(startReturning());
-        UI(ui->replaceText(u"codeEditor"_s, program));
-        QCOMPARE(ui->studio().code(), program);
-        UI(ui->click(u"runButton"_s));
-        QCOMPARE(ui->text(u"statusLine"_s), u"Add a command first. Try FORWARD 100."_s);
-        QCOMPARE(ui->text(u"runButton"_s), u"Run code"_s);
-        QVERIFY(!ui->isEnabled(u"saveCreationButton"_s));
-        QVERIFY(!ui->isEnabled(u"exportButton"_s));
     }
 
     void hints()
@@ -215,10 +202,11 @@ private slots:
         QVERIFY(ghost().isEmpty());
     }
 
-    // A loop unrolls into its steps and short names show in full.
+    // A loop unrolls into its steps and short names show in full; the running word (and its recipe
+    // call) is marked step by step, and no mark stays behind the last.
     void stepProgress()
     {
-        const QString program = u"fd 20\nrepeat 2 [left 45]\ncolor pink\nbk 5"_s;
+        const QString program = u"to side fd 20 end\nside\nrepeat 2 [left 45]\ncolor pink\nbk 5"_s;
         const QStringList lines{u"1 / 5 steps  \u00b7  FORWARD 20"_s, u"2 / 5 steps  \u00b7  LEFT 45"_s,
                                 u"3 / 5 steps  \u00b7  LEFT 45"_s, u"4 / 5 steps  \u00b7  COLOR pink"_s,
                                 u"5 / 5 steps  \u00b7  BACK 5"_s};
@@ -231,7 +219,13 @@ private slots:
             QCOMPARE(ui->text(u"stepLine"_s), lines.at(i));
             QCOMPARE(ui->studio().stepIndex(), int(i + 1));
             QVERIFY(!ui->studio().running());
+            if (i == 0) {
+                QCOMPARE(wordUnder(u"runMark"_s), u"fd"_s);
+                QCOMPARE(wordUnder(u"callMark"_s), u"side"_s);
+            }
         }
+        QVERIFY(!ui->isShown(u"runMark"_s));
+        QVERIFY(!ui->isShown(u"callMark"_s));
         // The last step finished the drawing and judged it.
         QCOMPARE(ui->text(u"statusLine"_s), nudge);
         UI(ui->click(u"clearButton"_s));
@@ -241,7 +235,7 @@ private slots:
         QVERIFY(ui->studio().strokes().isEmpty());
     }
 
-    // Words by role, the running word (and its recipe call) step by step, an error's mark until the next edit.
+    // Words by role; an error's mark until the next edit.
     void codeMarks()
     {
         UI(startReturning());
@@ -258,15 +252,6 @@ private slots:
         UI(ui->click(u"codeEditor"_s));
         UI(ui->type(u"x"_s));
         QVERIFY(!ui->isShown(u"errorMark"_s));
-
-        UI(ui->replaceText(u"codeEditor"_s, u"to side fd 20 end\nside\nrt 45"_s));
-        UI(ui->click(u"stepButton"_s));
-        QCOMPARE(wordUnder(u"runMark"_s), u"fd"_s);
-        QCOMPARE(wordUnder(u"callMark"_s), u"side"_s);
-        UI(ui->click(u"stepButton"_s));
-        // The last step ends the series: no mark stays behind.
-        QVERIFY(!ui->isShown(u"runMark"_s));
-        QVERIFY(!ui->isShown(u"callMark"_s));
     }
 
     // A click on a line selects the command that drew it; a near miss shows what differs until the next edit.
@@ -297,7 +282,7 @@ private slots:
     }
 
     // Typing and a command chip each make the drawing stale; running again makes it saveable.
-    void editingDisablesSave()
+    void editingDisablesSaveAndSheetsHoldTheRun()
     {
         UI(startReturning());
         UI(ui->click(u"freePlayButton"_s));
@@ -323,236 +308,8 @@ private slots:
             QVERIFY(runToEnd());
             QVERIFY2(ui->isEnabled(u"saveCreationButton"_s), "the new code has been run to its end");
         }
-    }
 
-    void themeMenu_data()
-    {
-        QTest::addColumn<int>("badges");
-        QTest::addColumn<int>("entry");
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<bool>("available");
-
-        // Six badges: the first threshold passed, the next not; thirty: the last one too.
-        QTest::newRow("six badges, blue lagoon still locked") << 6 << 2 << u"Blue lagoon \u00b7 12 badges"_s << false;
-        QTest::newRow("all badges, rose quartz") << 30 << 5 << u"Rose quartz"_s << true;
-    }
-
-    void themeMenu()
-    {
-        QFETCH(int, badges);
-        QFETCH(int, entry);
-        QFETCH(QString, label);
-        QFETCH(bool, available);
-        UI(startReturning(range(0, badges)));
-        QCOMPARE(ui->text(u"themeMenuButton"_s), u"Meadow"_s);
-        UI(ui->click(u"themeMenuButton"_s));
-        UI(themeMenuOpen(true));
-        for (int i = 0; i < themes().size(); ++i) {
-            const QString name = u"theme_%1"_s.arg(i);
-            QVERIFY2(ui->isShown(name), qPrintable(name));
-            QCOMPARE(ui->isEnabled(name), badges >= themes().at(i).unlock);
-            // Locked entries look locked, and every label fits the menu.
-            QCOMPARE(ui->property(name, "opacity").toReal() < 1, badges < themes().at(i).unlock);
-            QVERIFY(ui->property(name, "implicitWidth").toReal() <= ui->property(name, "width").toReal());
-        }
-        const QString name = u"theme_%1"_s.arg(entry);
-        QCOMPARE(ui->text(name), label);
-
-        UI(ui->click(name, UiHarness::Require::Anything));
-        if (!available) {
-            QTest::qWait(50);
-            ui->key(Qt::Key_Escape);
-        }
-        UI(themeMenuOpen(false));
-        QCOMPARE(ui->studio().theme(), available ? entry : 0);
-        QCOMPARE(ui->text(u"themeMenuButton"_s), themes().at(available ? entry : 0).name);
-        QCOMPARE(ui->store().integer(u"theme"_s), available ? entry : 0);
-    }
-
-    // What a fresh badge unlocks shows at once, without reopening anything.
-    void badgeUnlocksOnScreen_data()
-    {
-        QTest::addColumn<int>("mission");
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("third badge: the royal turtle")
-            << 2 << u"royalLine"_s << u"Your Majesty, the royal turtle, is now yours!"_s;
-        QTest::newRow("sixth badge: a canvas") << 5 << u"canvasLine"_s << u"New canvas unlocked: Peach sky!"_s;
-    }
-
-    void badgeUnlocksOnScreen()
-    {
-        QFETCH(int, mission);
-        QFETCH(QString, line);
-        QFETCH(QString, text);
-        const bool royal = line == u"royalLine"_s;
-        UI(startReturning(range(0, mission)));
-        ui->studio().select(mission);
-        QCOMPARE(ui->property(u"companionCard_3"_s, "opacity").toReal(), royal ? 0.45 : 1.0);
-
-        UI(ui->chooseSpeed(true));
-        UI(ui->replaceText(u"codeEditor"_s, missions().at(mission).solution));
-        UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
-        QCOMPARE(ui->text(line), text);
-        QVERIFY(ui->isShown(line));
-        QVERIFY(!ui->isShown(royal ? u"canvasLine"_s : u"royalLine"_s));
-        UI(ui->clickForSheet(u"keepExploringButton"_s, u"celebrationSheet"_s, false));
-        QCOMPARE(ui->studio().mission(), mission); // keep exploring stays put
-        QCOMPARE(ui->studio().code(), missions().at(mission).solution);
-
-        // The royal companion's card answers now, and so does the canvas just earned.
-        QCOMPARE(ui->property(u"companionCard_3"_s, "opacity").toReal(), 1.0);
-        UI(ui->click(u"companionCard_3"_s));
-        QCOMPARE(ui->studio().turtle(), 3);
-        if (!royal) {
-            UI(ui->click(u"themeMenuButton"_s));
-            UI(themeMenuOpen(true));
-            QCOMPARE(ui->text(u"theme_1"_s), themes().at(1).name);
-            UI(ui->click(u"theme_1"_s));
-            QCOMPARE(ui->studio().theme(), 1);
-        }
-    }
-
-    void companionCards()
-    {
-        UI(startReturning());
-        QCOMPARE(ui->studio().turtle(), 0);
-        QCOMPARE(borderWidth(u"companionCard_0"_s), 2);
-
-        UI(ui->click(u"companionCard_1"_s));
-        QCOMPARE(ui->studio().turtle(), 1);
-        QCOMPARE(ui->store().integer(u"turtle"_s), 1);
-        QCOMPARE(ui->text(u"companionEditButton"_s), u"Peaches"_s);
-
-        // The royal companion is locked with no badges: the click changes nothing.
-        QCOMPARE(ui->property(u"companionCard_3"_s, "opacity").toReal(), 0.45);
-        UI(ui->click(u"companionCard_3"_s, UiHarness::Require::Anything));
-        QCOMPARE(ui->studio().turtle(), 1);
-
-        // A new nickname (given in the companion sheet) shows on the card and on the pencil button.
-        QVERIFY(ui->studio().saveCompanion(2, u"Zoomer"_s));
-        QVERIFY2(ui->texts(u"companionCard_2"_s).contains(u"Zoomer"_s),
-                 qPrintable(ui->texts(u"companionCard_2"_s).join(u'|')));
-        QCOMPARE(ui->text(u"companionEditButton"_s), u"Zoomer"_s);
-        QCOMPARE(borderWidth(u"companionCard_2"_s), 2);
-        QCOMPARE(borderWidth(u"companionCard_1"_s), 1);
-    }
-
-    void worldPickerBrowses()
-    {
-        UI(startReturning());
-        QVERIFY(ui->isShown(u"mission_0"_s));
-        UI(ui->click(u"worldPicker"_s));
-        const auto *list = ui->property(u"worldPicker"_s, "popup").value<QObject *>();
-        UI(ui->waitFor([&] { return list->property("opened").toBool(); }, u"the world list to open"_s));
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
-            ui->key(key);
-        UI(ui->waitFor([&] { return ui->isShown(u"mission_12"_s); }, u"the third world's missions"_s));
-        QCOMPARE(ui->property(u"worldPicker"_s, "displayText").toString(), u"3. "_s + worlds().at(2).title);
-        QVERIFY(!ui->isShown(u"mission_0"_s));
-        QVERIFY(!ui->isEnabled(u"mission_12"_s));
-        QCOMPARE(ui->studio().mission(), 0); // browsing selects nothing
-    }
-
-    void sidebarMissions_data()
-    {
-        QTest::addColumn<QList<qint64>>("completed");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("open");
-
-        // A row opens after its predecessor's badge or its own; rows with nothing earned stay shut
-        // (wrongDrawingEncourages sees the second one locked at the start).
-        QTest::newRow("third after only the first") << QList<qint64>{0} << 2 << false;
-        QTest::newRow("completed without its predecessor") << QList<qint64>{3} << 3 << true;
-        QTest::newRow("after a lone badge") << QList<qint64>{3} << 4 << true;
-    }
-
-    void sidebarMissions()
-    {
-        QFETCH(QList<qint64>, completed);
-        QFETCH(int, row);
-        QFETCH(bool, open);
-        UI(startReturning(completed));
-        const QString name = u"mission_%1"_s.arg(row);
-        QVERIFY2(ui->isShown(name), qPrintable(name));
-        QCOMPARE(ui->isEnabled(name), open);
-        QCOMPARE(ui->property(name, "opacity").toReal(), open ? 1.0 : 0.5);
-        // An earned row shows a green check, an open one a circle and a shut one a lock, both violet.
-        const bool done = completed.contains(row);
-        const QString mark = u"missionMark_%1"_s.arg(row);
-        QCOMPARE(ui->property(mark, "name").toString(),
-                 done ? u"checkmark.circle.fill"_s : open ? u"circle"_s : u"lock.fill"_s);
-        const QColor colour = done ? QColor::fromRgbF(0.2, 0.78, 0.35) : QColor::fromRgbF(0.42, 0.28, 0.88);
-        QCOMPARE(ui->property(mark, "color").value<QColor>().rgb(), colour.rgb());
-        const QStringList labels = ui->texts(name);
-        QVERIFY2(labels.contains(missions().at(row).title), qPrintable(labels.join(u'|')));
-        QVERIFY2(labels.contains(missions().at(row).subtitle), qPrintable(labels.join(u'|')));
-
-        QSignalSpy missionChanges(&ui->studio(), &Studio::missionChanged);
-        UI(ui->click(name, UiHarness::Require::Anything));
-        if (open) {
-            QCOMPARE(ui->studio().mission(), row);
-            QCOMPARE(ui->text(u"bannerTitle"_s), missions().at(row).title);
-            QCOMPARE(ui->text(u"codeEditor"_s), missions().at(row).starter);
-        } else {
-            QTest::qWait(50);
-            QCOMPARE(missionChanges.count(), 0);
-            QCOMPARE(ui->studio().mission(), 0);
-            QCOMPARE(ui->text(u"bannerTitle"_s), missions().at(0).title);
-        }
-    }
-
-    // Ctrl+Return starts and Ctrl+keypad Enter stops, in the editor and outside it.
-    void ctrlReturnStartsAndStops_data()
-    {
-        QTest::addColumn<bool>("editorFocused");
-        QTest::newRow("typing in the editor") << true;
-        QTest::newRow("editor not focused") << false;
-    }
-
-    void ctrlReturnStartsAndStops()
-    {
-        QFETCH(bool, editorFocused);
-        UI(startReturning());
-        const QString program = u"repeat 36 [forward 10 right 10]"_s;
-        UI(ui->chooseSpeed(false));
-        UI(ui->replaceText(u"codeEditor"_s, program));
-        if (!editorFocused)
-            UI(ui->click(u"hintButton"_s)); // takes the focus away from the editor
-        QCOMPARE(ui->hasFocus(u"codeEditor"_s), editorFocused);
-
-        ui->key(Qt::Key_Return, Qt::ControlModifier);
-        QVERIFY(ui->studio().running());
-        QCOMPARE(ui->text(u"runButton"_s), u"Stop"_s);
-        QVERIFY(!ui->isEnabled(u"codeEditor"_s));
-        QVERIFY(!ui->isEnabled(u"stepButton"_s));
-        QVERIFY(!ui->isEnabled(u"chip_0"_s));
-        QVERIFY(!ui->isEnabled(u"saveCreationButton"_s));
-        QVERIFY(!ui->isEnabled(u"exportButton"_s));
-        QVERIFY(ui->isEnabled(u"runButton"_s));
-        UI(ui->waitFor([&] { return ui->studio().strokes().size() >= 2; }, u"a few lines"_s));
-
-        ui->key(Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
-        QVERIFY(!ui->studio().running());
-        const qsizetype drawn = ui->studio().strokes().size();
-        QVERIFY(drawn < 36);
-        QTest::qWait(2 * qRound(Studio::slowestSpeed * 1000));
-        QCOMPARE(ui->studio().strokes().size(), drawn); // really stopped, not paused
-        QCOMPARE(ui->text(u"runButton"_s), u"Run code"_s);
-        QVERIFY(ui->isEnabled(u"codeEditor"_s));
-        QCOMPARE(ui->studio().code(), program); // the key did not also type a line break
-    }
-
-    // A modal sheet has the child's attention: the studio behind it does not run.
-    void ctrlReturnIgnoredBehindSheets()
-    {
-        UI(startReturning());
-        UI(ui->click(u"freePlayButton"_s));
-        UI(ui->chooseSpeed(true));
-        const QString program = u"forward 40\nright 90\nforward 40"_s;
-        UI(ui->replaceText(u"codeEditor"_s, program));
-        QVERIFY(runToEnd());
-
+        // A modal sheet has the child's attention: the studio behind it does not run.
         const QList<std::pair<QString, QString>> sheets{{u"saveCreationButton"_s, u"savingSheet"_s},
                                                         {u"mapButton"_s, u"mapSheet"_s},
                                                         {u"handbookButton"_s, u"guideSheet"_s}};
@@ -561,13 +318,130 @@ private slots:
             QSignalSpy runs(&ui->studio(), &Studio::runningChanged);
             ui->key(Qt::Key_Return, Qt::ControlModifier);
             QVERIFY2(runs.isEmpty(), qPrintable(sheet));
-            QCOMPARE(ui->studio().drawingSource(), program); // the finished drawing is still there to save
+            QCOMPARE(ui->studio().drawingSource(), ui->studio().code()); // the finished drawing is still there to save
 
             ui->key(Qt::Key_Escape);
             UI(ui->waitForSheet(sheet, false));
             ui->key(Qt::Key_Return, Qt::ControlModifier);
             QVERIFY2(ui->studio().running(), "with the sheet gone the shortcut works again");
             UI(ui->waitFor([&] { return !ui->studio().running(); }, u"the run to finish"_s));
+        }
+    }
+
+    // The third badge unlocks the royal companion at once, without reopening anything.
+    void royalCompanion()
+    {
+        UI(startReturning({0, 1}));
+        ui->studio().select(2);
+        QCOMPARE(ui->property(u"companionCard_3"_s, "opacity").toReal(), 0.45);
+        UI(ui->click(u"companionCard_3"_s, UiHarness::Require::Anything)); // locked: the click changes nothing
+        QCOMPARE(ui->studio().turtle(), 0);
+
+        UI(ui->chooseSpeed(true));
+        UI(ui->replaceText(u"codeEditor"_s, missions().at(2).solution));
+        UI(ui->clickForSheet(u"runButton"_s, u"celebrationSheet"_s));
+        QCOMPARE(ui->text(u"royalLine"_s), u"Your Majesty, the royal turtle, is now yours!"_s);
+        QVERIFY(ui->isShown(u"royalLine"_s));
+        QVERIFY(!ui->isShown(u"canvasLine"_s));
+        UI(ui->clickForSheet(u"keepExploringButton"_s, u"celebrationSheet"_s, false));
+        QCOMPARE(ui->studio().mission(), 2); // keep exploring stays put
+        QCOMPARE(ui->studio().code(), missions().at(2).solution);
+
+        // The royal card answers now; the chosen card is stored and has the thicker border.
+        QCOMPARE(ui->property(u"companionCard_3"_s, "opacity").toReal(), 1.0);
+        UI(ui->click(u"companionCard_3"_s));
+        QCOMPARE(ui->studio().turtle(), 3);
+        QCOMPARE(ui->store().integer(u"turtle"_s), 3);
+        QCOMPARE(ui->text(u"companionEditButton"_s), u"Your Majesty"_s);
+        // A new nickname (given in the companion sheet) shows on the card and on the pencil button.
+        QVERIFY(ui->studio().saveCompanion(2, u"Zoomer"_s));
+        QVERIFY2(ui->texts(u"companionCard_2"_s).contains(u"Zoomer"_s),
+                 qPrintable(ui->texts(u"companionCard_2"_s).join(u'|')));
+        QCOMPARE(ui->text(u"companionEditButton"_s), u"Zoomer"_s);
+        QCOMPARE(borderWidth(u"companionCard_2"_s), 2);
+        QCOMPARE(borderWidth(u"companionCard_3"_s), 1);
+    }
+
+    // A row opens after its predecessor's badge or its own; rows with nothing earned stay shut (the
+    // second one at the start is wrongDrawingEncourages'). Earned rows show a green check, open ones
+    // a circle and shut ones a lock, both violet.
+    void sidebarMissions()
+    {
+        UI(startReturning({3}));
+        for (const int row : {2, 3, 4}) {
+            const bool open = row != 2, done = row == 3;
+            const QString name = u"mission_%1"_s.arg(row);
+            QVERIFY2(ui->isShown(name), qPrintable(name));
+            QCOMPARE(ui->isEnabled(name), open);
+            QCOMPARE(ui->property(name, "opacity").toReal(), open ? 1.0 : 0.5);
+            const QString mark = u"missionMark_%1"_s.arg(row);
+            QCOMPARE(ui->property(mark, "name").toString(),
+                     done ? u"checkmark.circle.fill"_s : open ? u"circle"_s : u"lock.fill"_s);
+            const QColor colour = done ? QColor::fromRgbF(0.2, 0.78, 0.35) : QColor::fromRgbF(0.42, 0.28, 0.88);
+            QCOMPARE(ui->property(mark, "color").value<QColor>().rgb(), colour.rgb());
+            const QStringList labels = ui->texts(name);
+            QVERIFY2(labels.contains(missions().at(row).title), qPrintable(labels.join(u'|')));
+            QVERIFY2(labels.contains(missions().at(row).subtitle), qPrintable(labels.join(u'|')));
+        }
+
+        QSignalSpy missionChanges(&ui->studio(), &Studio::missionChanged);
+        const QString title = ui->text(u"bannerTitle"_s);
+        UI(ui->click(u"mission_2"_s, UiHarness::Require::Anything));
+        QTest::qWait(50);
+        QCOMPARE(missionChanges.count(), 0);
+        QCOMPARE(ui->text(u"bannerTitle"_s), title);
+        for (const int row : {3, 4}) {
+            UI(ui->click(u"mission_%1"_s.arg(row)));
+            QCOMPARE(ui->studio().mission(), row);
+            QCOMPARE(ui->text(u"bannerTitle"_s), missions().at(row).title);
+            QCOMPARE(ui->text(u"codeEditor"_s), missions().at(row).starter);
+        }
+
+        // Browsing another world shows its rows and selects nothing.
+        UI(ui->click(u"worldPicker"_s));
+        const auto *list = ui->property(u"worldPicker"_s, "popup").value<QObject *>();
+        UI(ui->waitFor([&] { return list->property("opened").toBool(); }, u"the world list to open"_s));
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+            ui->key(key);
+        UI(ui->waitFor([&] { return ui->isShown(u"mission_12"_s); }, u"the third world's missions"_s));
+        QCOMPARE(ui->property(u"worldPicker"_s, "displayText").toString(), u"3. "_s + worlds().at(2).title);
+        QVERIFY(!ui->isShown(u"mission_4"_s));
+        QVERIFY(!ui->isEnabled(u"mission_12"_s));
+        QCOMPARE(ui->studio().mission(), 4);
+    }
+
+    // Ctrl+Return starts and Ctrl+keypad Enter stops, in the editor and outside it.
+    void ctrlReturnStartsAndStops()
+    {
+        UI(startReturning());
+        const QString program = u"repeat 36 [forward 10 right 10]"_s;
+        UI(ui->chooseSpeed(false));
+        UI(ui->replaceText(u"codeEditor"_s, program));
+        for (const bool editorFocused : {true, false}) {
+            if (!editorFocused)
+                UI(ui->click(u"hintButton"_s)); // takes the focus away from the editor
+            QCOMPARE(ui->hasFocus(u"codeEditor"_s), editorFocused);
+
+            ui->key(Qt::Key_Return, Qt::ControlModifier);
+            QVERIFY(ui->studio().running());
+            QCOMPARE(ui->text(u"runButton"_s), u"Stop"_s);
+            QVERIFY(!ui->isEnabled(u"codeEditor"_s));
+            QVERIFY(!ui->isEnabled(u"stepButton"_s));
+            QVERIFY(!ui->isEnabled(u"chip_0"_s));
+            QVERIFY(!ui->isEnabled(u"saveCreationButton"_s));
+            QVERIFY(!ui->isEnabled(u"exportButton"_s));
+            QVERIFY(ui->isEnabled(u"runButton"_s));
+            UI(ui->waitFor([&] { return ui->studio().strokes().size() >= 2; }, u"a few lines"_s));
+
+            ui->key(Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
+            QVERIFY(!ui->studio().running());
+            const qsizetype drawn = ui->studio().strokes().size();
+            QVERIFY(drawn < 36);
+            QTest::qWait(2 * qRound(Studio::slowestSpeed * 1000));
+            QCOMPARE(ui->studio().strokes().size(), drawn); // really stopped, not paused
+            QCOMPARE(ui->text(u"runButton"_s), u"Run code"_s);
+            QVERIFY(ui->isEnabled(u"codeEditor"_s));
+            QCOMPARE(ui->studio().code(), program); // the key did not also type a line break
         }
     }
 
@@ -609,47 +483,35 @@ private slots:
         QCOMPARE(ui->text(u"statusLine"_s), u"\u2018Rainbow road\u2019 is safe in your gallery."_s);
     }
 
-    void sheetRouting_data()
-    {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("sheet");
-        QTest::addColumn<QByteArray>("flag");
-        QTest::newRow("My creations") << u"galleryButton"_s << u"gallerySheet"_s << QByteArray("gallery");
-        QTest::newRow("Treasures") << u"treasuresButton"_s << u"collectionSheet"_s << QByteArray("collection");
-        QTest::newRow("profile") << u"profileButton"_s << u"playerSettingsSheet"_s << QByteArray("playerSettings");
-        QTest::newRow("Adventure map") << u"mapButton"_s << u"mapSheet"_s << QByteArray("map");
-        QTest::newRow("Coder's handbook") << u"handbookSidebarButton"_s << u"guideSheet"_s << QByteArray("guide");
-        QTest::newRow("editor's handbook button") << u"handbookButton"_s << u"guideSheet"_s << QByteArray("guide");
-        QTest::newRow("Welcome guide") << u"welcomeGuideButton"_s << u"welcomeSheet"_s << QByteArray("welcome");
-        QTest::newRow("companion pencil") << u"companionEditButton"_s << u"companionSettingsSheet"_s
-                                          << QByteArray("companionSettings");
-    }
-
+    // Each button opens its sheet alone through the studio's flag of the same name, Escape closes it,
+    // and the flag alone opens it again.
     void sheetRouting()
     {
-        QFETCH(QString, button);
-        QFETCH(QString, sheet);
-        QFETCH(QByteArray, flag);
         UI(startReturning());
-        QVERIFY(!ui->studio().property(flag.constData()).toBool());
+        const QList<std::pair<QString, QString>> routes{
+            {u"galleryButton"_s, u"gallerySheet"_s},         {u"treasuresButton"_s, u"collectionSheet"_s},
+            {u"profileButton"_s, u"playerSettingsSheet"_s},  {u"mapButton"_s, u"mapSheet"_s},
+            {u"handbookSidebarButton"_s, u"guideSheet"_s},   {u"handbookButton"_s, u"guideSheet"_s},
+            {u"welcomeGuideButton"_s, u"welcomeSheet"_s},    {u"companionEditButton"_s, u"companionSettingsSheet"_s}};
+        for (const auto &[button, sheet] : routes) {
+            const QByteArray flag = sheet.chopped(5).toLatin1();
+            QVERIFY2(!ui->studio().property(flag.constData()).toBool(), flag.constData());
+            UI(ui->click(button));
+            QVERIFY2(ui->studio().property(flag.constData()).toBool(), flag.constData());
+            UI(ui->waitForSheet(sheet, true));
+            for (const QString &other : allSheets) {
+                if (other != sheet)
+                    QVERIFY2(!ui->isSheetOpen(other), qPrintable(other + u" opened too"_s));
+            }
 
-        UI(ui->click(button));
-        QVERIFY2(ui->studio().property(flag.constData()).toBool(), flag.constData());
-        UI(ui->waitForSheet(sheet, true));
-        for (const QString &other : allSheets) {
-            if (other != sheet)
-                QVERIFY2(!ui->isSheetOpen(other), qPrintable(other + u" opened too"_s));
+            ui->key(Qt::Key_Escape);
+            UI(ui->waitForSheet(sheet, false));
+            QVERIFY2(!ui->studio().property(flag.constData()).toBool(), flag.constData());
+            ui->studio().setProperty(flag.constData(), true);
+            UI(ui->waitForSheet(sheet, true));
+            ui->studio().setProperty(flag.constData(), false);
+            UI(ui->waitForSheet(sheet, false));
         }
-
-        ui->key(Qt::Key_Escape);
-        UI(ui->waitForSheet(sheet, false));
-        QVERIFY2(!ui->studio().property(flag.constData()).toBool(), flag.constData());
-
-        // The flag opens the sheet again, with fresh content.
-        ui->studio().setProperty(flag.constData(), true);
-        UI(ui->waitForSheet(sheet, true));
-        ui->studio().setProperty(flag.constData(), false);
-        UI(ui->waitForSheet(sheet, false));
     }
 };
 
