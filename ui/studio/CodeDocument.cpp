@@ -29,12 +29,22 @@ void CodeDocument::watchLayout()
     QObject::disconnect(m_layoutWatch);
     if (QTextDocument *document = text())
         m_layoutWatch = connect(document->documentLayout(), &QAbstractTextDocumentLayout::update, this,
-                                &CodeDocument::findContinuations);
+                                &CodeDocument::scheduleContinuations);
     findContinuations();
+}
+
+void CodeDocument::scheduleContinuations()
+{
+    // One edit may lay out several times; the marks are found once, when it is over.
+    if (m_continuationsDue)
+        return;
+    m_continuationsDue = true;
+    QMetaObject::invokeMethod(this, &CodeDocument::findContinuations, Qt::QueuedConnection);
 }
 
 void CodeDocument::findContinuations()
 {
+    m_continuationsDue = false;
     QList<QRectF> found;
     if (QTextDocument *document = text()) {
         for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {

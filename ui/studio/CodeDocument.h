@@ -44,11 +44,13 @@ signals:
 private:
     QTextDocument *text() const;
     void watchLayout();
+    void scheduleContinuations();
     void findContinuations();
 
     QPointer<QQuickTextDocument> m_document;
     qreal m_hangingIndent = 0;
     QList<QRectF> m_continuations;
+    bool m_continuationsDue = false;
     QMetaObject::Connection m_layoutWatch;
     QMetaObject::Connection m_layoutSwap;
 };

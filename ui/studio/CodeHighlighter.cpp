@@ -7,6 +7,7 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <optional>
 
 CodeHighlighter::CodeHighlighter(QObject *parent) : QObject(parent)
 {
@@ -70,31 +71,34 @@ QVariantMap CodeHighlighter::bracketPair(int position) const
         const QChar c = text->characterAt(at);
         if (c != u'[' && c != u']')
             continue;
-        const QVariantMap place = lineColumn(at);
-        const LogoParser parsed(text->toPlainText());
-        const SourcePlace bracket{place.value(QStringLiteral("line")).toInt(),
-                                  place.value(QStringLiteral("column")).toInt(), 1};
+        // No token spans a line break, so brackets are counted line by line, outwards from this
+        // one, and typing in a long program reads only the lines between the pair.
+        QTextBlock block = text->findBlock(at);
+        std::optional<LogoParser> line(std::in_place, block.text());
+        const auto found = std::find(line->places.cbegin(), line->places.cend(),
+                                     SourcePlace{0, at - block.position(), 1});
         // A bracket inside a comment is no token, so it has no partner.
-        const auto found = std::lower_bound(parsed.places.cbegin(), parsed.places.cend(), bracket,
-                                            [](SourcePlace a, SourcePlace b) {
-                                                return std::pair(a.line, a.column) < std::pair(b.line, b.column);
-                                            });
-        if (found == parsed.places.cend() || *found != bracket)
+        if (found == line->places.cend())
             continue;
-        const qsizetype token = found - parsed.places.cbegin();
         const int step = c == u'[' ? 1 : -1;
+        qsizetype k = found - line->places.cbegin();
         int depth = 0;
-        for (qsizetype k = token; k >= 0 && k < parsed.tokens.size(); k += step) {
-            if (parsed.tokens.at(k) == u"[")
-                depth += step;
-            else if (parsed.tokens.at(k) == u"]")
-                depth -= step;
-            if (depth == 0) {
-                const SourcePlace match = parsed.places.at(k);
-                return {{QStringLiteral("at"), at}, {QStringLiteral("match"), this->position(match.line, match.column)}};
+        while (true) {
+            for (; k >= 0 && k < line->tokens.size(); k += step) {
+                if (line->tokens.at(k) == u"[")
+                    depth += step;
+                else if (line->tokens.at(k) == u"]")
+                    depth -= step;
+                if (depth == 0)
+                    return {{QStringLiteral("at"), at},
+                            {QStringLiteral("match"), block.position() + line->places.at(k).column}};
             }
+            block = step > 0 ? block.next() : block.previous();
+            if (!block.isValid())
+                return {};
+            line.emplace(block.text());
+            k = step > 0 ? 0 : line->tokens.size() - 1;
         }
-        return {};
     }
     return {};
 }
