@@ -393,6 +393,9 @@ private:
     bool m_switching = false;
     QList<Instruction> m_queue;
     QString m_queuedSource;
+    // The words of the queued source and their places, for the links between code and drawing.
+    QStringList m_queuedTokens;
+    QList<SourcePlace> m_queuedPlaces;
     QString m_drawingSource;
     const QStringList m_names{QStringLiteral("Clover"), QStringLiteral("Peaches"), QStringLiteral("Orbit"),
                               QStringLiteral("Your Majesty")};

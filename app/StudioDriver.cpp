@@ -10,8 +10,8 @@
 bool Studio::prepare()
 {
     QList<Instruction> instructions;
+    LogoParser parser(m_code);
     try {
-        LogoParser parser(m_code);
         instructions = parser.parse();
     } catch (const LogoError &error) {
         setMessage(error.errorDescription());
@@ -25,6 +25,8 @@ bool Studio::prepare()
     reset();
     m_queue = instructions;
     m_queuedSource = m_code;
+    m_queuedTokens = parser.tokens;
+    m_queuedPlaces = parser.places;
     setStepTotal(int(instructions.size()));
     setPlannedStrokes(drawing(instructions));
     return true;
@@ -107,6 +109,8 @@ void Studio::reset()
     resetDrawing();
     m_queue.clear();
     m_queuedSource.clear();
+    m_queuedTokens.clear();
+    m_queuedPlaces.clear();
     setDrawingSource(QString());
     setCurrentCommand(QString());
     setStepIndex(0);

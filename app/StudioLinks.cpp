@@ -22,10 +22,11 @@ QVariantMap Studio::runPlace() const
         return {};
     const Instruction &instruction = m_queue.at(m_stepIndex - 1);
     QVariantMap place = placeMap(instruction.place);
-    if (instruction.callSite.isValid()) {
-        place.insert(QStringLiteral("callLine"), instruction.callSite.line);
-        place.insert(QStringLiteral("callColumn"), instruction.callSite.column);
-        place.insert(QStringLiteral("callLength"), instruction.callSite.length);
+    if (instruction.callToken >= 0) {
+        const SourcePlace call = m_queuedPlaces.at(instruction.callToken);
+        place.insert(QStringLiteral("callLine"), call.line);
+        place.insert(QStringLiteral("callColumn"), call.column);
+        place.insert(QStringLiteral("callLength"), call.length);
     }
     return place;
 }
@@ -74,7 +75,7 @@ QList<int> Studio::strokesMadeAt(int line, int column) const
 {
     if (m_queuedSource != m_code || m_strokeSources.isEmpty())
         return {};
-    const QList<qsizetype> made = instructionsMadeAt(LogoParser(m_queuedSource), m_queue, line, column);
+    const QList<qsizetype> made = instructionsMadeAt(m_queuedTokens, m_queuedPlaces, m_queue, line, column);
     QList<int> strokes;
     for (int k = 0; k < m_strokeSources.size(); ++k) {
         if (std::binary_search(made.cbegin(), made.cend(), qsizetype(m_strokeSources.at(k))))

@@ -10,9 +10,11 @@ struct Instruction
     QString name;   // one of the eleven executable command names
     double value = 0;
     QString word;   // the colour name of "color", else empty
-    // The command word that made it; inside a recipe, also the outermost call in the main program.
+    // The command word that made it.
     SourcePlace place = {};
-    SourcePlace callSite = {};
+    // Inside a recipe, the outermost call in the main program, as an index of the parser's
+    // tokens (LogoParser::places has its place); else -1. An index keeps instructions small.
+    qint32 callToken = -1;
 
     // Two instructions do the same thing whatever text they came from.
     bool operator==(const Instruction &other) const
@@ -20,3 +22,6 @@ struct Instruction
         return name == other.name && value == other.value && word == other.word;
     }
 };
+
+// Strings move without copying, so a growing list of instructions can be moved as plain bytes.
+Q_DECLARE_TYPEINFO(Instruction, Q_RELOCATABLE_TYPE);

@@ -24,6 +24,17 @@ bool isCSpace(char c)
 
 std::optional<double> readLogoNumber(QStringView token)
 {
+    // Most numbers in a program are a few plain digits; those need no conversion by the C library.
+    if (!token.isEmpty() && token.size() <= 9) {
+        qint32 whole = 0;
+        bool digits = true;
+        for (const QChar c : token) {
+            digits = digits && c >= u'0' && c <= u'9';
+            whole = whole * 10 + (c.unicode() - u'0');
+        }
+        if (digits)
+            return double(whole);
+    }
     // Numbers are short and ASCII: read them from the stack, not a fresh allocation.
     char small[64];
     QByteArray large;

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <unordered_map>
 
 namespace {
@@ -216,15 +217,16 @@ QList<Instruction> LogoParser::parse()
 
     const qsizetype count = tokens.size();
     qsizetype balance = 0;
-    QStringList executable;
-    QList<SourcePlace> executableWhere;
-    executable.reserve(count);
-    executableWhere.reserve(count);
+    // Until a recipe turns up, the main program is all of the tokens and needs no copy.
+    bool recipes = false;
+    QList<qint32> gathered;
     while (index < count) {
         const QString &token = tokens.at(index);
         if (token != kTo) {
-            executable.append(token);
-            executableWhere.append(places.at(index));
+            if (recipes) {
+                executableTokens.append(token);
+                gathered.append(qint32(index));
+            }
             if (token == kOpen)
                 ++balance;
             else if (token == kClose)
@@ -234,6 +236,12 @@ QList<Instruction> LogoParser::parse()
         }
 
         const qsizetype at = index;
+        if (!recipes) {
+            recipes = true;
+            executableTokens = tokens.first(at);
+            gathered.resize(at);
+            std::iota(gathered.begin(), gathered.end(), 0);
+        }
         if (balance != 0 || at == count - 1) {
             index = at + 1;
             fail(QStringLiteral("Put TO name … END outside your loops."), places.at(at));
@@ -243,36 +251,34 @@ QList<Instruction> LogoParser::parse()
             index = at + 2;
             fail(QStringLiteral("Give each recipe a new name made of letters, like PETAL."), places.at(at + 1));
         }
-        QStringList body;
         qsizetype position = at + 2;
         for (; position < count && tokens.at(position) != kEnd; ++position) {
             if (tokens.at(position) == kTo) {
                 index = position;
                 fail(QStringLiteral("Finish this recipe with END before starting another."), places.at(position));
             }
-            body.append(tokens.at(position));
         }
         if (position == count) {
             index = count;
             fail(missingEnd(name), places.at(at + 1));
         }
-        procedures.insert(name, body);
+        procedures.insert(name, tokens.sliced(at + 2, position - at - 2));
         procedureStarts.insert(name, at + 2);
         index = position + 1;
         balance = 0;
     }
+    if (!recipes)
+        executableTokens = tokens;
 
-    executableTokens = executable;
-    executablePlaces = executableWhere;
     qsizetype position = 0;
-    return expand(executableTokens, position, 0, false, {}, executablePlaces.constData());
+    return expand(executableTokens, position, 0, false, {}, Run{recipes ? gathered.constData() : nullptr, 0});
 }
 
 QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &index, int depth, bool bracket,
-                                      const QStringList &stack, const SourcePlace *where, SourcePlace opener) const
+                                      const QStringList &stack, Run run, SourcePlace opener) const
 {
     // A command at the very end asks for the place of the word after it, which is not there.
-    const auto placeAt = [&](qsizetype i) { return where && i < tokens.size() ? where[i] : SourcePlace{}; };
+    const auto placeAt = [&](qsizetype i) { return i < tokens.size() ? places.at(run(i)) : SourcePlace{}; };
     const auto tooDeep = [](SourcePlace place) {
         fail(QStringLiteral("Try fewer loops or recipes inside one another."), place);
     };
@@ -319,7 +325,7 @@ QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &inde
             ++index;
             if (depth + 1 > maxDepth)
                 tooDeep(place);
-            const QList<Instruction> body = expand(tokens, index, depth + 1, true, stack, where, place);
+            const QList<Instruction> body = expand(tokens, index, depth + 1, true, stack, run, place);
             const auto times = static_cast<qsizetype>(count);
             if (result.size() + body.size() * times > maxInstructions)
                 fail(QStringLiteral("That's a lot of steps! Try a smaller REPEAT number."), countPlace);
@@ -336,16 +342,17 @@ QList<Instruction> LogoParser::expand(const QStringList &tokens, qsizetype &inde
                 qsizetype position = 0;
                 QStringList inner = stack;
                 inner.append(command);
-                const SourcePlace *body = places.isEmpty() ? nullptr : places.constData() + procedureStarts.value(command);
+                const Run body{nullptr, qint32(procedureStarts.value(command))};
                 expanded = m_expandedRecipes.insert(
                     key, expand(recipe.value(), position, depth + 1, false, inner, body, place));
             }
             if (stack.isEmpty()) {
                 // Called from the main program: this call is the outermost one of everything it draws.
-                for (Instruction instruction : expanded.value()) {
-                    instruction.callSite = place;
-                    result.append(std::move(instruction));
-                }
+                const qsizetype from = result.size();
+                result.append(expanded.value());
+                const qint32 call = run(index - 1);
+                for (auto it = result.begin() + from; it != result.end(); ++it)
+                    it->callToken = call;
             } else {
                 result.append(expanded.value());
             }

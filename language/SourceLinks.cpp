@@ -32,42 +32,45 @@ qsizetype closing(const QStringList &tokens, qsizetype open)
     return tokens.size() - 1;
 }
 
-} // namespace
-
-qsizetype tokenAt(const LogoParser &parser, int line, int column)
+// The token at a cursor on (line, column), the cursor touching it from either side; -1 for none.
+qsizetype tokenAt(const QList<SourcePlace> &places, int line, int column)
 {
     const std::pair<int, int> cursor{line, column};
     // Places are in text order; the first token ending at or after the cursor is the candidate.
-    const auto found = std::lower_bound(parser.places.cbegin(), parser.places.cend(), cursor,
+    const auto found = std::lower_bound(places.cbegin(), places.cend(), cursor,
                                         [](SourcePlace place, std::pair<int, int> at) { return endOf(place) < at; });
-    if (found == parser.places.cend() || startOf(*found) > cursor)
+    if (found == places.cend() || startOf(*found) > cursor)
         return -1;
-    return found - parser.places.cbegin();
+    return found - places.cbegin();
 }
 
-QList<qsizetype> instructionsMadeAt(const LogoParser &parser, const QList<Instruction> &instructions, int line,
-                                   int column)
+} // namespace
+
+QList<qsizetype> instructionsMadeAt(const QStringList &tokens, const QList<SourcePlace> &places,
+                                   const QList<Instruction> &instructions, int line, int column)
 {
-    const qsizetype at = tokenAt(parser, line, column);
+    const qsizetype at = tokenAt(places, line, column);
     if (at < 0)
         return {};
     qsizetype first = at;
     qsizetype last = at;
-    const QString &token = parser.tokens.at(at);
-    if (token == u"repeat" && at + 2 < parser.tokens.size() && parser.tokens.at(at + 2) == u"[") {
-        last = closing(parser.tokens, at + 2);
-    } else if (token == u"to" || (at > 0 && parser.tokens.at(at - 1) == u"to")) {
+    const QString &token = tokens.at(at);
+    if (token == u"repeat" && at + 2 < tokens.size() && tokens.at(at + 2) == u"[") {
+        last = closing(tokens, at + 2);
+    } else if (token == u"to" || (at > 0 && tokens.at(at - 1) == u"to")) {
         first = token == u"to" ? at : at - 1;
-        last = closing(parser.tokens, first);
+        last = closing(tokens, first);
     }
-    const std::pair<int, int> from = startOf(parser.places.at(first));
-    const std::pair<int, int> to = endOf(parser.places.at(last));
-    const auto inside = [&](SourcePlace place) {
-        return place.isValid() && startOf(place) >= from && endOf(place) <= to;
+    const std::pair<int, int> from = startOf(places.at(first));
+    const std::pair<int, int> to = endOf(places.at(last));
+    const auto inside = [&](const Instruction &instruction) {
+        const SourcePlace place = instruction.place;
+        return (place.isValid() && startOf(place) >= from && endOf(place) <= to)
+            || (instruction.callToken >= first && instruction.callToken <= last);
     };
     QList<qsizetype> made;
     for (qsizetype k = 0; k < instructions.size(); ++k) {
-        if (inside(instructions.at(k).place) || inside(instructions.at(k).callSite))
+        if (inside(instructions.at(k)))
             made.append(k);
     }
     return made;

@@ -315,7 +315,8 @@ private slots:
             const QList<Instruction> instructions = parser.parse();
             QVERIFY2(which >= 0, "no error");
             QCOMPARE(placeIn(program, instructions.at(which).place), place);
-            QCOMPARE(placeIn(program, instructions.at(which).callSite), call);
+            const qint32 callToken = instructions.at(which).callToken;
+            QCOMPARE(placeIn(program, callToken < 0 ? SourcePlace{} : parser.places.at(callToken)), call);
         } catch (const LogoError &error) {
             QVERIFY2(error.message().startsWith(call), qPrintable(error.message()));
             QCOMPARE(placeIn(program, error.place()), place);
