@@ -176,7 +176,13 @@ void Studio::setFreshReward(bool fresh)
 void Studio::setPlayerSettings(bool shown) { assign(this, m_playerSettings, shown, &Studio::playerSettingsChanged); }
 void Studio::setWelcome(bool shown) { assign(this, m_welcome, shown, &Studio::welcomeChanged); }
 void Studio::setCompanionSettings(bool shown) { assign(this, m_companionSettings, shown, &Studio::companionSettingsChanged); }
-void Studio::setMessage(const QString &message) { assign(this, m_message, message, &Studio::messageChanged); }
+void Studio::setMessage(const QString &message)
+{
+    if (m_message == message && m_spokenMessage == message)
+        return;
+    m_message = m_spokenMessage = message;
+    emit messageChanged();
+}
 void Studio::setHint(int hint) { assign(this, m_hint, hint, &Studio::hintChanged); }
 void Studio::setFree(bool free) { assign(this, m_free, free, &Studio::freeChanged); }
 void Studio::setCelebration(bool shown) { assign(this, m_celebration, shown, &Studio::celebrationChanged); }

@@ -46,6 +46,8 @@ class Studio : public QObject
     Q_PROPERTY(double heading READ heading NOTIFY headingChanged)
     Q_PROPERTY(bool running READ running NOTIFY runningChanged)
     Q_PROPERTY(QString message READ message WRITE setMessage NOTIFY messageChanged)
+    // The message as a screen reader hears it: an error's comes with the line of the word it is about.
+    Q_PROPERTY(QString spokenMessage READ spokenMessage NOTIFY messageChanged)
     Q_PROPERTY(int hint READ hint NOTIFY hintChanged)
     Q_PROPERTY(bool free READ free NOTIFY freeChanged)
     Q_PROPERTY(bool celebration READ celebration WRITE setCelebration NOTIFY celebrationChanged)
@@ -134,6 +136,7 @@ public:
     bool running() const { return m_running; }
     const QString &message() const { return m_message; }
     void setMessage(const QString &message);
+    const QString &spokenMessage() const { return m_spokenMessage; }
     int hint() const { return m_hint; }
     bool free() const { return m_free; }
     bool celebration() const { return m_celebration; }
@@ -342,6 +345,8 @@ private:
     void publishNames(const NameReadings &before);
     void advanceRun();
     void setErrorPlace(SourcePlace place);
+    // Shows an error's message and marks its word; the line is heard with the message, in one go.
+    void tellError(const QString &message, SourcePlace place);
     void setDifference(const MissionDifference &difference);
     // Keeps one source instruction per stroke, after a turtle step or a wipe.
     void noteStrokeSources(int instruction);
@@ -364,6 +369,7 @@ private:
     Turtle m_drawing;
     bool m_running = false;
     QString m_message = QStringLiteral("Ready when you are.");
+    QString m_spokenMessage = m_message;
     int m_hint = 0;
     bool m_free = false;
     bool m_celebration = false;

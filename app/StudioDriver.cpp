@@ -14,8 +14,7 @@ bool Studio::prepare()
     try {
         instructions = parser.parse();
     } catch (const LogoError &error) {
-        setMessage(error.errorDescription());
-        setErrorPlace(error.place());
+        tellError(error.errorDescription(), error.place());
         return false;
     }
     if (instructions.isEmpty()) {

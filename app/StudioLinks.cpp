@@ -40,6 +40,19 @@ void Studio::setErrorPlace(SourcePlace place)
     emit errorPlaceChanged();
 }
 
+void Studio::tellError(const QString &message, SourcePlace place)
+{
+    const QString spoken = place.isValid() ? QStringLiteral("Line ") + QString::number(place.line + 1) + QStringLiteral(": ") + message
+                                           : message;
+    const bool changed = m_message != message || m_spokenMessage != spoken;
+    // Both are in place before anyone hears of either, so nothing half-updated is read out.
+    m_message = message;
+    m_spokenMessage = spoken;
+    setErrorPlace(place);
+    if (changed)
+        emit messageChanged();
+}
+
 void Studio::setDifference(const MissionDifference &difference)
 {
     if (m_difference.sentence.isEmpty() && difference.sentence.isEmpty())

@@ -148,12 +148,6 @@ ColumnLayout {
             font.pixelSize: 12
         }
 
-        // Heard by screen readers when Run or Step meets an error: the message and its line.
-        Item {
-            objectName: "errorAnnouncement"
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: Studio.errorPlace.line === undefined ? "" : editor.Accessible.description
-        }
         FocusRing { shown: editor.activeFocus; radius: 15 }
 
         ScrollView {
@@ -178,8 +172,7 @@ ColumnLayout {
                 background: null
                 padding: 0
                 Accessible.name: "LOGO code editor"
-                Accessible.description: Studio.errorPlace.line === undefined ? ""
-                    : "Line " + (Studio.errorPlace.line + 1) + ": " + Studio.message
+                Accessible.description: Studio.errorPlace.line === undefined ? "" : Studio.spokenMessage
 
                 // Drawn under the text: the running word, its recipe call, the matching bracket.
                 Rectangle {
@@ -202,6 +195,7 @@ ColumnLayout {
                     onAreaChanged: pane.reveal(area)
                 }
                 Repeater {
+                    objectName: "bracketMarks"
                     model: {
                         const pair = editor.activeFocus && editor.length >= 0 ? highlighter.bracketPair(editor.cursorPosition) : ({})
                         return pair.at === undefined ? [] : [pair.at, pair.match]

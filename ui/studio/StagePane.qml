@@ -137,7 +137,7 @@ ColumnLayout {
             text: Studio.message
             // An alert is read out as soon as its text changes, wherever the focus is.
             Accessible.role: Accessible.AlertMessage
-            Accessible.name: text
+            Accessible.name: Studio.spokenMessage
             font.pixelSize: 14
             color: Theme.ink
             wrapMode: Text.WordWrap
