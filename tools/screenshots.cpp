@@ -86,6 +86,13 @@ int main(int argc, char *argv[])
         studio.run();
         QTest::qWait(1200);
     });
+    // Stepping inside a recipe: its word lit in the recipe, its call in the program more faintly.
+    shoot(QStringLiteral("stepping-recipe"), [&] {
+        studio.stop();
+        studio.setCode(QStringLiteral("to side\n  forward 60\n  right 90\nend\nrepeat 4 [\n  side\n]\n"));
+        for (int i = 0; i < 3; ++i)
+            studio.step();
+    });
     shoot(QStringLiteral("code-error"), [&] {
         studio.stop();
         studio.setCode(QStringLiteral("to petal\n  repeat 3 [forward 60 right 120]\nend\nrepeat 6 [\n  petal\n  jump 60\n]\n"));
