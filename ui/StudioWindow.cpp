@@ -12,6 +12,8 @@
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
+#include <utility>
+
 namespace {
 
 // Whether the only OpenGL here can be a software rasteriser: Mesa told to rasterise in software,
@@ -36,6 +38,10 @@ bool softwareRasteriserOnly()
 void prepareRenderer()
 {
     if (qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND"))
+        return;
+    // The choice holds for the process; a second window (the measuring tools open several) keeps it.
+    static bool chosen = false;
+    if (std::exchange(chosen, true))
         return;
     if (softwareRasteriserOnly())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
