@@ -103,8 +103,8 @@ m "welcome not stored" app/StudioNames.cpp tst_startup \
   'm_defaults.setBoolean(QStringLiteral("hasCompletedWelcome"), true);' ';'
 m "shelf title straight quote" app/StudioNames.cpp tst_startup \
   'QStringLiteral("’s treasure shelf")' "QStringLiteral(\"'s treasure shelf\")"
-m "longer creation titles" app/StudioGallery.cpp tst_gallery \
-  'constexpr int maxTitleLength = 80;' 'constexpr int maxTitleLength = 81;'
+m "longer creation titles" gallery/Creation.h tst_gallery \
+  'static constexpr int maxTitleLength = 80;' 'static constexpr int maxTitleLength = 81;'
 m "saves a stale drawing" app/StudioGallery.cpp tst_gallery \
   '|| m_drawingSource.isEmpty() || m_drawingSource != m_code)' '|| m_drawingSource.isEmpty())'
 m "erase before the sheet has closed" app/StudioStartup.cpp "tst_startup tst_onboarding" \
