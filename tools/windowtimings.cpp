@@ -5,12 +5,14 @@
 // person to read. It also times how long saving into a big gallery, exporting a large drawing and
 // opening the gallery hold up the window (the longest pause of a 2 ms timer on its thread, and
 // the longest gap between frames while it keeps redrawing).
-//   windowtimings [--runs N] [--launches N] [--speed S] [--stalls-only]
+//   windowtimings [--runs N] [--launches N] [--speed S] [--stalls-only] [--waiting]
+// --waiting makes the window wait for the save and the export, as it did when it wrote them itself.
 // Each figure comes from a fresh process of this same program (the child modes below), which
 // opens the window exactly as the application does. QT_QUICK_BACKEND passes through.
 #include "ItemSearch.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
+#include "gallery/PictureExport.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
 
@@ -231,7 +233,7 @@ double longestPause(const QList<Clock::time_point> &times, Clock::time_point fro
 
 // Child: on the big gallery, with the window redrawing all the time and a 2 ms timer on its
 // thread, saves a 2,000-stroke drawing, exports it, and opens the gallery.
-int stalls(const QString &storePath)
+int stalls(const QString &storePath, bool waiting)
 {
     OpenWindow open(storePath);
     if (!open.window || !QTest::qWaitForWindowExposed(open.window))
@@ -291,12 +293,21 @@ int stalls(const QString &storePath)
     studio.setCreationTitle(QStringLiteral("Twenty fans"));
     studio.setSaving(true);
     QTest::qWait(500);
-    measure("save", [&] { studio.saveCreation(); }, [&] { return studio.message().endsWith(QStringLiteral("is safe in your gallery.")); });
+    measure("save", [&] {
+        studio.saveCreation();
+        if (waiting)
+            studio.finishSaving();
+    }, [&] { return studio.message().endsWith(QStringLiteral("is safe in your gallery.")); });
     QTest::qWait(500);
 
     QTemporaryDir pictures;
     const QString picture = pictures.filePath(QStringLiteral("Marble Cove creation.png"));
-    measure("export", [&] { studio.exportPNG(picture); }, [&] { return studio.message() == QStringLiteral("Your picture is exported!"); });
+    measure("export", [&] {
+        if (!waiting)
+            return studio.exportPNG(picture);
+        writePicture(picture, studio.pngData());
+        studio.setMessage(QStringLiteral("Your picture is exported!"));
+    }, [&] { return studio.message() == QStringLiteral("Your picture is exported!"); });
     QTest::qWait(500);
 
     // Until the first frame begun after the flag is set has been swapped.
@@ -446,6 +457,7 @@ int parent(const QStringList &arguments)
     options.addOption({QStringLiteral("speed"), QStringLiteral("Pause per instruction."), QStringLiteral("s"),
                        QStringLiteral("0.01")});
     options.addOption({QStringLiteral("stalls-only"), QStringLiteral("Only the save, export and gallery stalls.")});
+    options.addOption({QStringLiteral("waiting"), QStringLiteral("The window waits for the save and the export.")});
     options.process(arguments);
     const int runs = options.value(QStringLiteral("runs")).toInt();
     const int launches = options.value(QStringLiteral("launches")).toInt();
@@ -480,7 +492,8 @@ int parent(const QStringList &arguments)
             played.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
             played.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
         }
-        const auto values = child({QStringLiteral("--child-stalls"), store}, folder.filePath(QStringLiteral("cache0")));
+        const QString how = options.isSet(QStringLiteral("waiting")) ? QStringLiteral("waiting") : QStringLiteral("apart");
+        const auto values = child({QStringLiteral("--child-stalls"), store, how}, folder.filePath(QStringLiteral("cache0")));
         for (auto it = values.begin(); it != values.end(); ++it)
             stalled[it.key()].append(it.value());
     }
@@ -570,8 +583,8 @@ int main(int argc, char *argv[])
         return firstFrame(store);
     if (mode == "--child-idle")
         return idle(store);
-    if (mode == "--child-stalls")
-        return stalls(store);
+    if (mode == "--child-stalls" && argc > 3)
+        return stalls(store, QByteArray(argv[3]) == "waiting");
     if (mode == "--child-run" && argc > 3)
         return run(store, QString::fromLocal8Bit(argv[3]).toDouble());
     return 1;
