@@ -30,6 +30,7 @@ Studio::Studio(PreferencesStore &defaults, bool loadAssets, QObject *parent)
     connect(&m_pause, &QTimer::timeout, this, &Studio::advanceRun);
     for (const auto changed : {&Studio::stepIndexChanged, &Studio::runningChanged, &Studio::codeChanged})
         connect(this, changed, this, &Studio::runPlaceChanged);
+    m_exports.setMaxThreadCount(1);
     m_saveRetry.setObjectName(QStringLiteral("saveRetry"));
     m_saveRetry.setInterval(3000);
     connect(&m_saveRetry, &QTimer::timeout, this, &Studio::retrySaving);
@@ -40,6 +41,7 @@ Studio::Studio(PreferencesStore &defaults, bool loadAssets, QObject *parent)
 
 Studio::~Studio()
 {
+    finishSaving();
     m_defaults.clearWriteWatcher(this);
 }
 

@@ -17,6 +17,7 @@
 #include <QString>
 #include <QStringList>
 #include <QElapsedTimer>
+#include <QThreadPool>
 #include <QTimer>
 #include <QVariantMap>
 
@@ -92,6 +93,8 @@ class Studio : public QObject
     // Whether changes reach the disk; when not, why, for a grown-up.
     Q_PROPERTY(bool canSave READ canSave NOTIFY canSaveChanged)
     Q_PROPERTY(QString saveProblem READ saveProblem NOTIFY canSaveChanged)
+    // A saved creation is on its way to the disk: the save sheet waits for it before another.
+    Q_PROPERTY(bool storingCreation READ storingCreation NOTIFY storingCreationChanged)
 
 public:
     static constexpr double defaultSpeed = 0.06;
@@ -208,12 +211,17 @@ public:
     bool announcesRoyalCompanion() const;
 
     // The gallery and picture export
+    // The creation is written apart; the message and the closing sheet come once it is safe.
     Q_INVOKABLE void saveCreation();
+    bool storingCreation() const { return m_storingCreation; }
+    // Waits for a creation on its way to the disk and reports it now, as quitting and erasing must.
+    void finishSaving();
     void openCreation(const Creation &creation);
     QByteArray pngData() const;
     // Whether there is a picture to export; otherwise says so, and no save dialog should open.
     Q_INVOKABLE bool prepareExport();
-    // Writes the picture to the place the child chose in the save dialog.
+    // Writes the picture to the place the child chose in the save dialog, apart from the
+    // window; the message tells how it went once it is written.
     Q_INVOKABLE void exportPNG(const QString &path);
     // The same drawing as lines in an SVG file, for printing large or editing.
     Q_INVOKABLE void exportSVG(const QString &path);
@@ -309,9 +317,13 @@ signals:
     void errorPlaceChanged();
     void differenceChanged();
     void canSaveChanged();
+    void storingCreationChanged();
 
 private:
-    void exportPicture(const QString &path, const std::function<QByteArray()> &encode);
+    void exportPicture(const QString &path, std::function<QByteArray()> encode);
+    // pngData's work, on copies of the drawing, for a worker thread.
+    std::function<QByteArray()> pngEncoder() const;
+    void setStoringCreation(bool storing);
     void startUp(bool loadAssets);
     void loadCompanionPictures();
     void setMission(int mission);
@@ -414,4 +426,7 @@ private:
     bool m_canSave = true;
     QString m_saveProblem;
     QTimer m_saveRetry;
+    bool m_storingCreation = false;
+    // Pictures are exported here one at a time; destroyed first, it waits for the last one.
+    QThreadPool m_exports;
 };

@@ -7,6 +7,7 @@
 #include "language/LogoError.h"
 
 #include <QFile>
+#include <QtConcurrent/QtConcurrentRun>
 
 namespace {
 
@@ -17,11 +18,18 @@ constexpr qint64 maxPictureBytes = 64 * 1024 * 1024;
 
 QByteArray Studio::pngData() const
 {
+    return pngEncoder()();
+}
+
+std::function<QByteArray()> Studio::pngEncoder() const
+{
     PictureCode picture;
     picture.code = m_code;
     picture.title = m_free ? QStringLiteral("The imagination station") : missions().at(m_mission).title;
     picture.companion = turtleName();
-    return embedPictureCode(pictureData(m_drawing.strokes, themes().at(m_theme).color), picture);
+    return [picture, strokes = m_drawing.strokes, background = themes().at(m_theme).color] {
+        return embedPictureCode(pictureData(strokes, background), picture);
+    };
 }
 
 bool Studio::prepareExport()
@@ -35,30 +43,34 @@ bool Studio::prepareExport()
 // The save dialog has already asked where: an empty path means the child cancelled.
 void Studio::exportPNG(const QString &path)
 {
-    exportPicture(path, [this] { return pngData(); });
+    exportPicture(path, pngEncoder());
 }
 
 void Studio::exportSVG(const QString &path)
 {
-    exportPicture(path, [this] { return drawingSvg(m_drawing.strokes, themes().at(m_theme).color); });
+    exportPicture(path, [strokes = m_drawing.strokes, background = themes().at(m_theme).color] {
+        return drawingSvg(strokes, background);
+    });
 }
 
-void Studio::exportPicture(const QString &path, const std::function<QByteArray()> &encode)
+// Painted, encoded and written apart, so the window keeps drawing meanwhile; `encode` works on
+// copies of the drawing as it was asked for.
+void Studio::exportPicture(const QString &path, std::function<QByteArray()> encode)
 {
     if (!prepareExport() || path.isEmpty())
         return;
-    QByteArray bytes;
-    try {
-        bytes = encode();
-    } catch (const LogoError &error) {
-        setMessage(error.errorDescription());
-        return;
-    }
-    if (!writePicture(path, bytes)) {
-        setMessage(QStringLiteral("I couldn't save there. Try another folder."));
-        return;
-    }
-    setMessage(QStringLiteral("Your picture is exported!"));
+    QFuture<QString> told = QtConcurrent::run(&m_exports, [path, encode = std::move(encode)] {
+        QByteArray bytes;
+        try {
+            bytes = encode();
+        } catch (const LogoError &error) {
+            return error.errorDescription();
+        }
+        if (!writePicture(path, bytes))
+            return QStringLiteral("I couldn't save there. Try another folder.");
+        return QStringLiteral("Your picture is exported!");
+    });
+    told.then(this, [this](const QString &message) { setMessage(message); });
 }
 
 void Studio::openPicture(const QString &path)

@@ -6,6 +6,8 @@
 #include "profile/NameRules.h"
 #include "profile/PreferencesStore.h"
 
+#include <memory>
+
 namespace {
 
 const QString creationsKey = QStringLiteral("creations");
@@ -37,7 +39,8 @@ void Studio::decodeCreationsAhead()
 void Studio::saveCreation()
 {
     const QString title = m_creationTitle.trimmed();
-    if (title.isEmpty())
+    // One save at a time: the sheet's button waits for the first, Return in its field does not.
+    if (title.isEmpty() || m_storingCreation)
         return;
     if (m_running || m_drawingSource.isEmpty() || m_drawingSource != m_code) {
         setSaving(false);
@@ -51,37 +54,61 @@ void Studio::saveCreation()
     creation.theme = m_theme;
     creation.strokes = m_drawing.strokes;
 
+    // The list is written apart, so the window goes on while the disk takes it; what is
+    // written is settled there and handed back.
+    struct Written
+    {
+        QByteArray bytes;
+        QList<Creation> creations;
+    };
+    const auto written = std::make_shared<Written>();
+    PreferencesStore &store = m_defaults;
     // The stored list is read again inside the write, so a creation another window saved in
     // the meantime is kept. When it is still the list this window knows, the new creation is
     // put in front of its bytes; otherwise the two lists are merged by id.
-    QByteArray written;
-    QList<Creation> saved;
-    const bool stored = m_defaults.update(creationsKey, [&](const QVariant &value) -> std::optional<QVariant> {
+    auto change = [creation, known = m_creations, written, &store](const QVariant &value) mutable -> std::optional<QVariant> {
         const std::optional<QByteArray> bytes = PreferencesStore::asData(value);
-        if (!m_creations.isKnown())
-            m_creations.setStored(bytes);
-        const bool unchanged = sameBytes(bytes, m_creations.bytes());
+        if (!known.isKnown())
+            known.setStored(bytes);
+        const bool unchanged = sameBytes(bytes, known.bytes());
         std::optional<QList<Creation>> theirs;
         if (!unchanged)
             theirs = bytes ? decodeCreations(*bytes) : QList<Creation>();
-        else if (m_creations.isReadable())
-            theirs = m_creations.creations();
+        else if (known.isReadable())
+            theirs = known.creations();
         // An unreadable list is kept beside the store before the write replaces it.
-        if (!theirs && !m_defaults.keepUnreadable(creationsKey, *bytes))
+        if (!theirs && !store.keepUnreadable(creationsKey, *bytes))
             return std::nullopt;
-        saved = mergeCreations(creation, theirs.value_or(QList<Creation>()), m_creations.creations());
-        written = unchanged && theirs ? prependCreation(creation, bytes.value_or(QByteArray("[]")))
-                                      : encodeCreations(saved);
-        return written;
+        written->creations = mergeCreations(creation, theirs.value_or(QList<Creation>()), known.creations());
+        written->bytes = unchanged && theirs ? prependCreation(creation, bytes.value_or(QByteArray("[]")))
+                                             : encodeCreations(written->creations);
+        return written->bytes;
+    };
+    setStoringCreation(true);
+    m_defaults.updateInBackground(creationsKey, std::move(change), [this, written, title = creation.title](bool stored) {
+        setStoringCreation(false);
+        if (!stored || written->bytes.isEmpty()) {
+            setMessage(QStringLiteral("I couldn't save this drawing. Please try again."));
+            return;
+        }
+        m_creations.setWritten(written->bytes, written->creations);
+        emit creationsChanged();
+        setSaving(false);
+        setMessage(QStringLiteral("‘") + title + QStringLiteral("’ is safe in your gallery."));
     });
-    if (!stored || written.isEmpty()) {
-        setMessage(QStringLiteral("I couldn't save this drawing. Please try again."));
+}
+
+void Studio::finishSaving()
+{
+    m_defaults.finishBackgroundUpdates();
+}
+
+void Studio::setStoringCreation(bool storing)
+{
+    if (m_storingCreation == storing)
         return;
-    }
-    m_creations.setWritten(written, saved);
-    emit creationsChanged();
-    setSaving(false);
-    setMessage(QStringLiteral("‘") + creation.title + QStringLiteral("’ is safe in your gallery."));
+    m_storingCreation = storing;
+    emit storingCreationChanged();
 }
 
 void Studio::openCreation(const Creation &creation)

@@ -75,6 +75,8 @@ void Studio::loadCompanionPictures()
 
 void Studio::resetGame()
 {
+    // A creation still on its way is stored before everything is erased, not after.
+    finishSaving();
     stop();
     m_switching = true;
     setMission(0);

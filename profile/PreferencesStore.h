@@ -85,6 +85,15 @@ public:
     using Change = std::function<std::optional<QVariant>(const QVariant &stored)>;
     virtual bool update(const QString &key, const Change &change) = 0;
 
+    // update() made on a thread of the store's own, so that writing a large value does not hold
+    // up the caller: `change` runs there (it may call keepUnreadable), and `done` gets update()'s
+    // result on the caller's thread once the write is durable or has failed. Such writes are made
+    // one after another. Here, and wherever a store cannot write apart, it is update() at once.
+    using Done = std::function<void(bool written)>;
+    virtual void updateInBackground(const QString &key, Change change, Done done) { done(update(key, change)); }
+    // Waits for every write asked of updateInBackground and calls its `done` now.
+    virtual void finishBackgroundUpdates() {}
+
     // Keeps the bytes of a value that cannot be used (unreadable, or too big to open) in a file
     // beside the store named after the key and the time, before it is replaced or removed.
     // False when they could not be kept.

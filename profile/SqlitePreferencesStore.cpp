@@ -58,6 +58,8 @@ SqlitePreferencesStore::SqlitePreferencesStore(const QString &filePath, Access a
 
 SqlitePreferencesStore::~SqlitePreferencesStore()
 {
+    // A write still under way is finished, so that quitting never loses it.
+    m_writer.reset();
     close();
 }
 
@@ -79,6 +81,15 @@ void SqlitePreferencesStore::openFile(Access access)
     m_lastError = 0;
     if (m_filePath.isEmpty()) {
         setProblem(WriteProblem::Blocked);
+        return;
+    }
+    if (access == Access::Alongside) {
+        if (openWritable() == Outcome::Ready) {
+            m_mode = Mode::ReadWrite;
+            return;
+        }
+        close();
+        setProblem(problemOf(m_lastError));
         return;
     }
     const QFileInfo file(m_filePath);
@@ -312,6 +323,35 @@ bool SqlitePreferencesStore::update(const QString &key, const Change &change)
     }
     remember(key, changed.value_or(stored), version);
     return true;
+}
+
+void SqlitePreferencesStore::updateInBackground(const QString &key, Change change, Done done)
+{
+    // A store that cannot write, or still owes this key an earlier write, writes it here as ever.
+    if (m_mode != Mode::ReadWrite || m_filePath.isEmpty() || m_unsaved.contains(key)) {
+        done(update(key, change));
+        return;
+    }
+    if (!m_writer)
+        m_writer = std::make_unique<StoreWriter>(m_filePath);
+    m_writer->update(key, std::move(change), m_unreadable.contains(key),
+                     [this, key, done = std::move(done)](const StoreWriter::Result &result) {
+                         if (result.written) {
+                             m_unreadable.remove(key);
+                         } else if (result.value) {
+                             // Kept for this run and tried again like any other write.
+                             m_unsaved.insert(key, *result.value);
+                             if (m_mode == Mode::ReadWrite)
+                                 setProblem(result.problem != WriteProblem::None ? result.problem : problemOf(0));
+                         }
+                         done(result.written);
+                     });
+}
+
+void SqlitePreferencesStore::finishBackgroundUpdates()
+{
+    if (m_writer)
+        m_writer->finish();
 }
 
 std::optional<qint64> SqlitePreferencesStore::dataVersion() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "profile/PreferencesStore.h"
+#include "profile/StoreWriter.h"
 
 #include <QHash>
 #include <QMap>
@@ -24,8 +25,9 @@ class SqlitePreferencesStore : public PreferencesStore
 {
 public:
     // How to open the file: ReadOnly opens it as it is when its folder, file or disk refuses
-    // writes, for a file that can be read.
-    enum class Access { ReadWrite, ReadOnly };
+    // writes, for a file that can be read. Alongside is a further connection to a file another
+    // store of this process has opened and checked: it is opened for writing as it stands.
+    enum class Access { ReadWrite, ReadOnly, Alongside };
 
     // The file "preferences.sqlite" in the data folder, moved there first from where earlier
     // versions kept it.
@@ -39,6 +41,10 @@ public:
     QVariant value(const QString &key) const override;
     bool setValue(const QString &key, const QVariant &value) override;
     bool update(const QString &key, const Change &change) override;
+    // Written by a connection on a thread of its own (a StoreWriter), whose changes this
+    // connection sees as another process's; a key with a write still owed is written here.
+    void updateInBackground(const QString &key, Change change, Done done) override;
+    void finishBackgroundUpdates() override;
     bool keepUnreadable(const QString &key, const QByteArray &bytes) override;
     bool remove(const QString &key) override;
     QStringList keys() const override;
@@ -95,4 +101,6 @@ private:
     QMap<QString, std::optional<QVariant>> m_unsaved;
     // Keys whose stored value could not be read; set aside before it is replaced.
     mutable QSet<QString> m_unreadable;
+    // Made on the first write apart.
+    std::unique_ptr<StoreWriter> m_writer;
 };

@@ -264,6 +264,7 @@ int main(int argc, char *argv[])
             stepToEnd(studio);
             studio.setCreationTitle(saved.at(i).first);
             studio.saveCreation();
+            studio.finishSaving();
         }
         studio.setTheme(0);
         QTest::qWait(300);

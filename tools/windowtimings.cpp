@@ -2,13 +2,17 @@
 // how faithfully a long run keeps its pace, what each frame costs as the drawing grows, how long
 // a launch takes to its first frame (with and without the graphics caches, on an empty store and
 // on a big gallery), resident memory and the CPU an idle window burns. Not a test; figures for a
-// person to read.
-//   windowtimings [--runs N] [--launches N] [--speed S]
+// person to read. It also times how long saving into a big gallery, exporting a large drawing and
+// opening the gallery hold up the window (the longest pause of a 2 ms timer on its thread, and
+// the longest gap between frames while it keeps redrawing).
+//   windowtimings [--runs N] [--launches N] [--speed S] [--stalls-only] [--waiting]
+// --waiting makes the window wait for the save and the export, as it did when it wrote them itself.
 // Each figure comes from a fresh process of this same program (the child modes below), which
 // opens the window exactly as the application does. QT_QUICK_BACKEND passes through.
 #include "ItemSearch.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
+#include "gallery/PictureExport.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
 
@@ -216,6 +220,108 @@ int run(const QString &storePath, double speed)
     return 0;
 }
 
+// The longest pause between two of `times` that ends after `from` and begins before `to`.
+double longestPause(const QList<Clock::time_point> &times, Clock::time_point from, Clock::time_point to)
+{
+    double longest = 0;
+    for (qsizetype i = 1; i < times.size(); ++i) {
+        if (times.at(i) > from && times.at(i - 1) < to)
+            longest = std::max(longest, msSince(times.at(i - 1), times.at(i)));
+    }
+    return longest;
+}
+
+// Child: on the big gallery, with the window redrawing all the time and a 2 ms timer on its
+// thread, saves a 2,000-stroke drawing, exports it, and opens the gallery.
+int stalls(const QString &storePath, bool waiting)
+{
+    OpenWindow open(storePath);
+    if (!open.window || !QTest::qWaitForWindowExposed(open.window))
+        return 1;
+    QTest::qWait(1500);
+    Studio &studio = open.studio;
+    studio.enterFree();
+    studio.setCode(longProgram());
+    studio.step();
+    while (studio.stepIndex() < studio.stepTotal())
+        studio.step();
+    QTest::qWait(500);
+
+    QMutex lock;
+    QList<Clock::time_point> frames;
+    // When the last swapped frame began: the gallery counts as shown by a frame begun after asking.
+    std::optional<Clock::time_point> frameBegin;
+    Clock::time_point lastBegin;
+    QObject::connect(open.window, &QQuickWindow::beforeFrameBegin, open.window, [&] {
+        QMutexLocker locked(&lock);
+        frameBegin = Clock::now();
+    }, Qt::DirectConnection);
+    QObject::connect(open.window, &QQuickWindow::frameSwapped, open.window, [&] {
+        const Clock::time_point now = Clock::now();
+        QMutexLocker locked(&lock);
+        frames.append(now);
+        lastBegin = frameBegin.value_or(now);
+    }, Qt::DirectConnection);
+    QObject::connect(open.window, &QQuickWindow::frameSwapped, open.window, [&] { open.window->update(); });
+    QList<Clock::time_point> ticks;
+    QTimer heartbeat;
+    heartbeat.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&heartbeat, &QTimer::timeout, [&] { ticks.append(Clock::now()); });
+    heartbeat.start(2);
+    open.window->update();
+    QTest::qWait(500);
+
+    // Waits for `done` after `action`, then reports the time it took and the pauses around it.
+    const auto measure = [&](const char *name, const std::function<void()> &action, const std::function<bool()> &done) {
+        const Clock::time_point start = Clock::now();
+        action();
+        while (!done())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
+        const Clock::time_point end = Clock::now();
+        QTest::qWait(100);
+        report(QByteArray(name) + "TotalMs", msSince(start, end));
+        report(QByteArray(name) + "TimerPauseMs", longestPause(ticks, start, end));
+        QMutexLocker locked(&lock);
+        report(QByteArray(name) + "FrameGapMs", longestPause(frames, start, end));
+    };
+    {
+        QMutexLocker locked(&lock);
+        const Clock::time_point now = Clock::now();
+        report("restFrameGapMs", longestPause(frames, now - std::chrono::milliseconds(400), now));
+    }
+
+    studio.setCreationTitle(QStringLiteral("Twenty fans"));
+    studio.setSaving(true);
+    QTest::qWait(500);
+    measure("save", [&] {
+        studio.saveCreation();
+        if (waiting)
+            studio.finishSaving();
+    }, [&] { return studio.message().endsWith(QStringLiteral("is safe in your gallery.")); });
+    QTest::qWait(500);
+
+    QTemporaryDir pictures;
+    const QString picture = pictures.filePath(QStringLiteral("Marble Cove creation.png"));
+    measure("export", [&] {
+        if (!waiting)
+            return studio.exportPNG(picture);
+        writePicture(picture, studio.pngData());
+        studio.setMessage(QStringLiteral("Your picture is exported!"));
+    }, [&] { return studio.message() == QStringLiteral("Your picture is exported!"); });
+    QTest::qWait(500);
+
+    // Until the first frame begun after the flag is set has been swapped.
+    Clock::time_point asked;
+    measure("galleryOpen", [&] {
+        asked = Clock::now();
+        studio.setGallery(true);
+    }, [&] {
+        QMutexLocker locked(&lock);
+        return lastBegin > asked;
+    });
+    return 0;
+}
+
 // Child: the CPU an idle window takes, with nothing focused and with the code editor focused.
 int idle(const QString &storePath)
 {
@@ -350,6 +456,8 @@ int parent(const QStringList &arguments)
                        QStringLiteral("5")});
     options.addOption({QStringLiteral("speed"), QStringLiteral("Pause per instruction."), QStringLiteral("s"),
                        QStringLiteral("0.01")});
+    options.addOption({QStringLiteral("stalls-only"), QStringLiteral("Only the save, export and gallery stalls.")});
+    options.addOption({QStringLiteral("waiting"), QStringLiteral("The window waits for the save and the export.")});
     options.process(arguments);
     const int runs = options.value(QStringLiteral("runs")).toInt();
     const int launches = options.value(QStringLiteral("launches")).toInt();
@@ -374,6 +482,31 @@ int parent(const QStringList &arguments)
     }
     const QString gallery = folder.filePath(QStringLiteral("gallery.sqlite"));
     fillGallery(gallery);
+
+    QHash<QString, QList<double>> stalled;
+    for (int i = 0; i < launches; ++i) {
+        const QString store = folder.filePath(QStringLiteral("stalls%1.sqlite").arg(i));
+        QFile::copy(gallery, store);
+        {
+            SqlitePreferencesStore played(store);
+            played.setBoolean(QStringLiteral("hasCompletedWelcome"), true);
+            played.setString(QStringLiteral("playerName"), QStringLiteral("Ada"));
+        }
+        const QString how = options.isSet(QStringLiteral("waiting")) ? QStringLiteral("waiting") : QStringLiteral("apart");
+        const auto values = child({QStringLiteral("--child-stalls"), store, how}, folder.filePath(QStringLiteral("cache0")));
+        for (auto it = values.begin(); it != values.end(); ++it)
+            stalled[it.key()].append(it.value());
+    }
+    row(QStringLiteral("big gallery: longest frame gap at rest (ms)"), stalled.value(QStringLiteral("restFrameGapMs")));
+    for (const auto &[key, label] : {std::pair{"save", "save of 1,980 strokes"}, std::pair{"export", "PNG export"},
+                                     std::pair{"galleryOpen", "opening the gallery"}}) {
+        const auto get = [&](const char *suffix) { return stalled.value(QLatin1String(key) + QLatin1String(suffix)); };
+        row(QStringLiteral("big gallery: %1, until done (ms)").arg(QLatin1String(label)), get("TotalMs"));
+        row(QStringLiteral("big gallery: %1, longest 2 ms timer pause (ms)").arg(QLatin1String(label)), get("TimerPauseMs"));
+        row(QStringLiteral("big gallery: %1, longest frame gap (ms)").arg(QLatin1String(label)), get("FrameGapMs"));
+    }
+    if (options.isSet(QStringLiteral("stalls-only")))
+        return 0;
 
     int cacheNumber = 0;
     for (const auto &[label, store] : {std::pair{"empty store", QString()}, std::pair{"big gallery", gallery}}) {
@@ -450,6 +583,8 @@ int main(int argc, char *argv[])
         return firstFrame(store);
     if (mode == "--child-idle")
         return idle(store);
+    if (mode == "--child-stalls" && argc > 3)
+        return stalls(store, QByteArray(argv[3]) == "waiting");
     if (mode == "--child-run" && argc > 3)
         return run(store, QString::fromLocal8Bit(argv[3]).toDouble());
     return 1;

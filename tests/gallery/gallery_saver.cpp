@@ -26,6 +26,7 @@ int main(int argc, char *argv[])
     std::string line;
     for (int n = std::atoi(argv[2]); n > 0 && std::getline(std::cin, line); --n) {
         studio.saveCreation();
+        studio.finishSaving();
         std::puts("saved");
         std::fflush(stdout);
     }

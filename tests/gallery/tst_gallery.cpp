@@ -34,7 +34,10 @@ void saveAs(Studio &studio, const QString &title)
     studio.setSaving(true);
     studio.setCreationTitle(title);
     studio.saveCreation();
+    QTRY_VERIFY(!studio.storingCreation());
 }
+
+const QString exported = QStringLiteral("Your picture is exported!");
 
 // The next line the other process prints; empty when it printed none in time.
 QByteArray lineFrom(QProcess &process)
@@ -283,6 +286,46 @@ private slots:
         QCOMPARE(after->turtleNames(), (QMap<QString, QString>{{"0", "Sprout"}, {"1", "Pebble"}}));
     }
 
+    // A save is written apart: until it is on the disk the sheet stays open, nothing says it is
+    // safe and a second press adds nothing; closing the window and erasing wait for it.
+    void aSaveIsSafeOnlyOnceWritten_data()
+    {
+        QTest::addColumn<QString>("then");
+        QTest::newRow("written") << "written";
+        QTest::newRow("window closed") << "closed";
+        QTest::newRow("game erased") << "erased";
+    }
+
+    void aSaveIsSafeOnlyOnceWritten()
+    {
+        QFETCH(QString, then);
+        const QString path = fixture->folder.filePath(QStringLiteral("own.sqlite"));
+        auto store = std::make_unique<SqlitePreferencesStore>(path);
+        auto studio = std::make_unique<Studio>(*store, false);
+        drawInFreePlay(*studio, square);
+        const QString before = studio->message();
+        studio->setSaving(true);
+        studio->setCreationTitle(QStringLiteral("Box"));
+        studio->saveCreation();
+        studio->saveCreation();
+        QVERIFY(studio->storingCreation());
+        QVERIFY(studio->saving());
+        QCOMPARE(studio->message(), before);
+        if (then == u"written") {
+            QTRY_VERIFY(!studio->storingCreation());
+            QVERIFY(!studio->saving());
+            QCOMPARE(studio->message(), QStringLiteral("‘Box’ is safe in your gallery."));
+        } else if (then == u"erased") {
+            studio->requestGameReset();
+            studio->finishProfileDismissal();
+            studio->finishSaving();
+            QVERIFY(studio->creations().isEmpty());
+        }
+        studio.reset();
+        store = std::make_unique<SqlitePreferencesStore>(path);
+        QCOMPARE(Studio(*store, false).creations().size(), then == u"erased" ? 0 : 1);
+    }
+
     void savingNeedsTheFinishedDrawingOfTheCurrentCode_data()
     {
         QTest::addColumn<QString>("situation");
@@ -398,7 +441,7 @@ private slots:
 
         QVERIFY(studio.prepareExport());
         studio.exportPNG(path);
-        QCOMPARE(studio.message(), QStringLiteral("Your picture is exported!"));
+        QTRY_COMPARE(studio.message(), exported);
         const QImage meadow(path);
         QCOMPARE(meadow.size(), QSize(1200, 1000));
         QCOMPARE(meadow.pixelColor(0, 0).alpha(), 0);
@@ -408,6 +451,7 @@ private slots:
         drawInFreePlay(*restarted, square);
         restarted->setTheme(1);
         restarted->exportPNG(path);
+        QTRY_COMPARE(restarted->message(), exported);
         const QImage peach(path);
         QVERIFY(meadow.pixelColor(600, 900) != peach.pixelColor(600, 900));
         QCOMPARE(peach.pixelColor(600, 900).rgb(), themes().at(1).color.rgb());
@@ -427,7 +471,7 @@ private slots:
         drawInFreePlay(studio, square);
         const QString path = place.isEmpty() ? fixture->folder.path() : fixture->folder.filePath(place);
         studio.exportPNG(path);
-        QCOMPARE(studio.message(), QStringLiteral("I couldn't save there. Try another folder."));
+        QTRY_COMPARE(studio.message(), QStringLiteral("I couldn't save there. Try another folder."));
         QVERIFY(!QFile::exists(fixture->folder.filePath(QStringLiteral("no such folder"))));
     }
 
@@ -467,6 +511,7 @@ private slots:
         drawInFreePlay(studio, code);
         const QString path = fixture->folder.filePath(QStringLiteral("remix.png"));
         studio.exportPNG(path);
+        QTRY_COMPARE(studio.message(), exported);
 
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
@@ -510,9 +555,10 @@ private slots:
         if (bytes.isEmpty()) {
             drawInFreePlay(studio, square);
             studio.exportPNG(path);
-            QFile exported(path);
-            QVERIFY(exported.open(QIODevice::ReadOnly));
-            bytes = exported.readAll();
+            QTRY_COMPARE(studio.message(), exported);
+            QFile picture(path);
+            QVERIFY(picture.open(QIODevice::ReadOnly));
+            bytes = picture.readAll();
             bytes.chop(20); // the image data's end and the closing chunk are lost
             studio.select(0);
         }
@@ -533,7 +579,7 @@ private slots:
         drawInFreePlay(studio, QStringLiteral("fd 50 color red rt 90 fd 80 rt 45 fd 20"));
         const QString path = fixture->folder.filePath(QStringLiteral("drawing.svg"));
         studio.exportSVG(path);
-        QCOMPARE(studio.message(), QStringLiteral("Your picture is exported!"));
+        QTRY_COMPARE(studio.message(), exported);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QXmlStreamReader svg(&file);

@@ -101,6 +101,7 @@ private slots:
                     studio.setSaving(true);
                     studio.setCreationTitle(QStringLiteral("Line"));
                     studio.saveCreation();
+                    studio.finishSaving();
                 }
                 QVERIFY(studio.setProperty(flag.toLatin1(), true));
             }

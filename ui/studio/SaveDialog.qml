@@ -46,11 +46,20 @@ Item {
                 onClicked: Studio.saving = false
             }
             Item { Layout.fillWidth: true }
+            // While the drawing is on its way to the disk, it turns and a second save waits.
+            BusyIndicator {
+                objectName: "storingIndicator"
+                Accessible.name: "Saving…"
+                running: Studio.storingCreation
+                visible: running
+                implicitWidth: 28
+                implicitHeight: 28
+            }
             StudioButton {
                 objectName: "saveToGalleryButton"
                 kind: "prominent"
                 text: "Save to my gallery"
-                enabled: Studio.creationTitle.trim().length > 0
+                enabled: Studio.creationTitle.trim().length > 0 && !Studio.storingCreation
                 onClicked: Studio.saveCreation()
             }
         }
