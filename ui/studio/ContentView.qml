@@ -141,20 +141,20 @@ Rectangle {
             open()
         }
 
-        // Qt's own dialog turns a folder the child clicks or opens into the chosen file; the
-        // picture keeps its name in the folder on show instead.
+        // Qt's own dialog chooses the folder the child clicks, or nothing in a folder they open,
+        // which would empty the name field or show the folder's name there and make Save open
+        // that folder, and it reports a typed name as a bare path: the picture keeps its name,
+        // in the folder on show, as a file the export can write.
         onSelectedFileChanged: {
             if (!visible)
                 return
-            if (!Catalog.isFolderChoice(selectedFile)) {
-                fileName = Catalog.fileName(selectedFile)
-                return
-            }
-            const kept = Catalog.fileIn(currentFolder, fileName)
-            if (selectedFile.toString() !== kept.toString())
-                selectedFile = kept
+            const name = Catalog.pictureName(selectedFile)
+            if (name.length > 0)
+                fileName = name
+            if (name.length === 0 || !selectedFile.toString().startsWith("file:"))
+                Catalog.selectInShownDialog(exportDialog, Catalog.fileIn(currentFolder, fileName))
         }
-        onCurrentFolderChanged: if (visible) selectedFile = Catalog.fileIn(currentFolder, fileName)
+        onCurrentFolderChanged: if (visible) Catalog.selectInShownDialog(exportDialog, Catalog.fileIn(currentFolder, fileName))
         onAccepted: {
             const path = Catalog.localPath(selectedFile)
             if (path.toLowerCase().endsWith(".svg"))
