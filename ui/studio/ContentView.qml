@@ -107,6 +107,7 @@ Rectangle {
                         }
                     }
                     RowLayout {
+                        objectName: "encouragement"
                         spacing: 6
                         Layout.leftMargin: 24
                         SymbolIcon { name: "heart.fill"; size: 13; color: Theme.secondary }
