@@ -31,6 +31,15 @@ Button {
     ToolTip.text: tooltip
     ToolTip.delay: 600
     Accessible.name: text.length > 0 ? text : tooltip
+    // Return presses the focused button as Space does; Ctrl+Return stays Run code's.
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
+
+    function pressByKey(event) {
+        event.accepted = (event.modifiers & ~Qt.KeypadModifier) === Qt.NoModifier
+        if (event.accepted)
+            clicked()
+    }
 
     FocusRing {
         shown: control.visualFocus

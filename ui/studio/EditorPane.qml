@@ -428,6 +428,8 @@ ColumnLayout {
                 Accessible.name: "Show the target drawing"
                 checked: Studio.showTarget
                 onToggled: Studio.showTarget = checked
+                Keys.onReturnPressed: { toggle(); toggled() }
+                Keys.onEnterPressed: { toggle(); toggled() }
                 font.pixelSize: 13
                 FocusRing {
                     shown: target.visualFocus
