@@ -31,6 +31,7 @@ Button {
     ToolTip.text: tooltip
     ToolTip.delay: 600
     Accessible.name: text.length > 0 ? text : tooltip
+    Accessible.description: text.length > 0 ? tooltip : ""
     // Return presses the focused button as Space does; Ctrl+Return stays Run code's.
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)

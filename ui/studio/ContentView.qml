@@ -186,6 +186,7 @@ Rectangle {
 
     Sheet {
         objectName: "playerSettingsSheet"
+        title: "Your profile"
         shown: Studio.playerSettings
         content: Component { PlayerSettingsView {} }
         onDismissed: {
@@ -195,6 +196,7 @@ Rectangle {
     }
     Sheet {
         objectName: "welcomeSheet"
+        title: "Welcome guide"
         shown: Studio.welcome
         dismissable: !Studio.needsIntroduction
         content: Component { WelcomeView {} }
@@ -202,42 +204,49 @@ Rectangle {
     }
     Sheet {
         objectName: "companionSettingsSheet"
+        title: "Your turtle"
         shown: Studio.companionSettings
         content: Component { CompanionSettingsView {} }
         onDismissed: Studio.companionSettings = false
     }
     Sheet {
         objectName: "collectionSheet"
+        title: "Treasures"
         shown: Studio.collection
         content: Component { TreasuresView {} }
         onDismissed: Studio.collection = false
     }
     Sheet {
         objectName: "celebrationSheet"
+        title: "Celebration"
         shown: Studio.celebration
         content: Component { CelebrationDialog {} }
         onDismissed: Studio.celebration = false
     }
     Sheet {
         objectName: "gallerySheet"
+        title: "My creations"
         shown: Studio.gallery
         content: Component { GalleryView {} }
         onDismissed: Studio.gallery = false
     }
     Sheet {
         objectName: "savingSheet"
+        title: "Save creation"
         shown: Studio.saving
         content: Component { SaveDialog {} }
         onDismissed: Studio.saving = false
     }
     Sheet {
         objectName: "guideSheet"
+        title: "Coder\u2019s handbook"
         shown: Studio.guide
         content: Component { GuideView {} }
         onDismissed: Studio.guide = false
     }
     Sheet {
         objectName: "mapSheet"
+        title: "Adventure map"
         shown: Studio.map
         content: Component { WorldMapView {} }
         onDismissed: Studio.map = false
