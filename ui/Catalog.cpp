@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+
 Catalog::Catalog(QObject *parent)
     : QObject(parent)
 {
@@ -67,17 +69,29 @@ QUrl Catalog::fileIn(const QUrl &folder, const QString &name) const
     return QUrl::fromLocalFile(QDir(folder.toLocalFile()).filePath(name));
 }
 
-QString Catalog::fileName(const QUrl &file) const
+QString Catalog::pictureName(const QUrl &choice) const
 {
-    return QFileInfo(file.toLocalFile()).fileName();
+    // A name typed into Qt's own dialog comes back as a bare path, without "file:".
+    const QString path = choice.isLocalFile() ? choice.toLocalFile()
+                         : choice.scheme().isEmpty() && QDir::isAbsolutePath(choice.path()) ? choice.path()
+                                                                                             : QString();
+    for (const QLatin1String suffix : {QLatin1String(".png"), QLatin1String(".svg")}) {
+        if (path.endsWith(suffix, Qt::CaseInsensitive) && QFileInfo(path.chopped(suffix.size())).isDir())
+            return {};
+    }
+    const QFileInfo chosen(path);
+    return chosen.isDir() ? QString() : chosen.fileName();
 }
 
-bool Catalog::isFolderChoice(const QUrl &url) const
+bool Catalog::selectInShownDialog(QObject *dialog, const QUrl &file) const
 {
-    const QString path = url.toLocalFile();
-    const QString suffix = QStringLiteral(".png");
-    return QFileInfo(path).isDir()
-           || (path.endsWith(suffix, Qt::CaseInsensitive) && QFileInfo(path.chopped(suffix.size())).isDir());
+    // Qt's own dialog lives beside the studio in its window; the one on screen is the export's.
+    auto *window = dialog ? dialog->property("parentWindow").value<QObject *>() : nullptr;
+    const QList<QObject *> parts = window ? window->findChildren<QObject *>() : QList<QObject *>();
+    const auto shown = std::find_if(parts.cbegin(), parts.cend(), [](const QObject *part) {
+        return part->inherits("QQuickFileDialogImpl") && part->property("visible").toBool();
+    });
+    return shown != parts.cend() && (*shown)->setProperty("selectedFile", file);
 }
 
 QString Catalog::cleanName(const QString &text) const

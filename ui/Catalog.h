@@ -40,10 +40,12 @@ public:
     // The folder the picture export opens on, made if it is missing.
     Q_INVOKABLE QUrl exportFolder() const;
     Q_INVOKABLE QUrl fileIn(const QUrl &folder, const QString &name) const;
-    Q_INVOKABLE QString fileName(const QUrl &file) const;
-    // Qt's own save dialog reports a folder the child clicks as the chosen file, with ".png"
-    // added: such a choice names a folder, not the picture.
-    Q_INVOKABLE bool isFolderChoice(const QUrl &url) const;
+    // The picture's name in a choice of the save dialog, or "" when it names none: Qt's own
+    // dialog also reports a folder the child clicks (with ".png" added) or nothing (just ".png").
+    Q_INVOKABLE QString pictureName(const QUrl &choice) const;
+    // Makes `file` the choice of Qt's own save dialog on screen, shown in its name field too;
+    // false where the desktop's dialog is shown instead, which keeps the name by itself.
+    Q_INVOKABLE bool selectInShownDialog(QObject *dialog, const QUrl &file) const;
 
     // The name rules, for fields that show them while the child types.
     Q_INVOKABLE QString cleanName(const QString &text) const;

@@ -51,8 +51,10 @@ QQuickWindow *loadStudioWindow(QQmlApplicationEngine &engine, Studio &studio)
 {
     prepareRenderer();
     StudioSingleton::setInstance(&studio);
-    // The logo stands for the app in the title bar, the task switcher and the dock.
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/MarbleCove/resources/MarbleCoveLogo.png")));
+    // The logo stands for the app in the title bar, the task switcher and the dock, unless the
+    // application already took the icon installed in the desktop's theme.
+    if (QGuiApplication::windowIcon().isNull())
+        QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/MarbleCove/resources/MarbleCoveLogo.png")));
     // Qt 6.4 keeps the module's files under qrc:/MarbleCove/ and does not look there by itself.
     engine.addImportPath(QStringLiteral("qrc:/"));
     engine.load(QUrl(QStringLiteral("qrc:/MarbleCove/Main.qml")));

@@ -13,7 +13,7 @@ bool isInteractive(const QQuickItem *item)
     if (typing && item->parentItem() && item->parentItem()->inherits("QQuickComboBox"))
         return false;
     for (const char *type : {"QQuickAbstractButton", "QQuickTextInput", "QQuickTextEdit", "QQuickSlider",
-                             "QQuickComboBox", "QQuickMouseArea"}) {
+                             "QQuickComboBox", "QQuickMouseArea", "QQuickProgressBar"}) {
         if (item->inherits(type))
             return true;
     }

@@ -12,7 +12,10 @@
 #include <QTextDocument>
 #include <QTextLayout>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QQmlComponent>
+#include <QStandardPaths>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -85,6 +88,13 @@ private slots:
         QCOMPARE(ui->text(u"bannerKicker"_s), u"MISSION 1 OF 30  \u2022  TURTLE TRAIL"_s);
         QCOMPARE(ui->text(u"bannerTitle"_s), u"Baby steps"_s);
         QCOMPARE(ui->texts(u"profileButton"_s), QStringList{u"A"_s});
+        // The window carries the logo; at the default size the studio shows whole, down to its
+        // last line, with nothing to scroll.
+        QVERIFY(!ui->window()->icon().pixmap(48).isNull());
+        QCOMPARE(ui->window()->size(), QSize(1380, 920));
+        QQuickItem *last = ui->item(u"encouragement"_s);
+        QVERIFY(ui->window()->contentItem()->boundingRect().contains(last->mapRectToScene(last->boundingRect())));
+        QVERIFY(!ui->property(u"mainColumn"_s, "continues").toBool());
 
         // Free play swaps the banner and hides the badge.
         UI(ui->click(u"freePlayButton"_s));
@@ -512,6 +522,37 @@ private slots:
             ui->studio().setProperty(flag.constData(), false);
             UI(ui->waitForSheet(sheet, false));
         }
+        // Ctrl+Q quits; only the engine's request is counted here, so that the test goes on.
+        QQmlEngine *engine = qmlEngine(ui->window());
+        QObject::disconnect(engine, &QQmlEngine::quit, nullptr, nullptr);
+        QSignalSpy quits(engine, &QQmlEngine::quit);
+        ui->key(Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(quits.count(), 1);
+    }
+
+    // Qt's own save dialog, where the desktop offers none: clicking a folder and opening it keep
+    // the picture's name, and Save writes the picture into the folder on show.
+    void exportDialogKeepsTheName()
+    {
+        UI(startReturning());
+        const QString trips = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation) + u"/Trips"_s;
+        QVERIFY(QDir().mkpath(trips));
+        ui->studio().setCode(u"fd 40"_s);
+        UI(runToEnd());
+        UI(ui->click(u"exportButton"_s));
+        for (const bool open : {false, true}) {
+            UI(ui->waitFor([&] { return ui->isShown(u"fileDialogDelegate0"_s); }, u"the folder in the list"_s));
+            QQuickItem *row = ui->item(u"fileDialogDelegate0"_s);
+            const QPoint at = row->mapToScene(row->boundingRect().center()).toPoint();
+            open ? QTest::mouseDClick(ui->window(), Qt::LeftButton, {}, at) : QTest::mouseClick(ui->window(), Qt::LeftButton, {}, at);
+            QCOMPARE(ui->text(u"fileNameTextField"_s), u"Marble Cove creation.png"_s);
+        }
+        UI(ui->waitFor([&] { return !ui->isShown(u"fileDialogDelegate0"_s); }, u"the empty folder"_s));
+        const auto buttons = ui->item(u"fileNameTextField"_s)->parentItem()->findChildren<QQuickItem *>();
+        const auto save = std::find_if(buttons.cbegin(), buttons.cend(), [](auto *button) { return button->property("text") == u"Save"_s; });
+        QVERIFY(save != buttons.cend());
+        QTest::mouseClick(ui->window(), Qt::LeftButton, {}, (*save)->mapToScene((*save)->boundingRect().center()).toPoint());
+        UI(ui->waitFor([&] { return QFileInfo::exists(trips + u"/Marble Cove creation.png"_s); }, u"the picture"_s));
     }
 };
 

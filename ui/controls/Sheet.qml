@@ -6,7 +6,7 @@ import MarbleCove
 // A modal sheet bound to one of the studio's flags. Its content is made afresh at every
 // opening, so what a child typed last time never lingers. `dismissed` fires once the sheet
 // has finished closing, however it was closed.
-Popup {
+Dialog {
     id: sheet
 
     property bool shown: false
@@ -15,6 +15,8 @@ Popup {
     signal dismissed()
 
     parent: T.Overlay.overlay
+    // The title is what a screen reader calls the sheet; each sheet shows its own heading.
+    header: null
     anchors.centerIn: parent
     modal: true
     // Escape reaches a popup only while it holds the keyboard focus.

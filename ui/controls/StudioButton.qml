@@ -16,8 +16,10 @@ Button {
     property string tooltip
     property bool leading: false
     property real radius: 8
+    // A line high, for a pane's header and its lesser actions, so the studio fits its window.
+    property bool compact: false
 
-    padding: 7
+    padding: compact ? 3 : 7
     leftPadding: kind === "plain" ? 4 : 12
     rightPadding: kind === "plain" ? 4 : 12
     font.pixelSize: textSize
@@ -29,6 +31,16 @@ Button {
     ToolTip.text: tooltip
     ToolTip.delay: 600
     Accessible.name: text.length > 0 ? text : tooltip
+    Accessible.description: text.length > 0 ? tooltip : ""
+    // Return presses the focused button as Space does; Ctrl+Return stays Run code's.
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
+
+    function pressByKey(event) {
+        event.accepted = (event.modifiers & ~Qt.KeypadModifier) === Qt.NoModifier
+        if (event.accepted)
+            clicked()
+    }
 
     FocusRing {
         shown: control.visualFocus
@@ -62,7 +74,7 @@ Button {
 
     background: Rectangle {
         // A frameless button needs no more room than its label.
-        implicitHeight: control.kind === "plain" ? 24 : 30
+        implicitHeight: control.kind === "plain" || control.compact ? 24 : 30
         radius: control.radius
         color: {
             if (control.kind === "prominent")

@@ -9,6 +9,13 @@ ComboBox {
 
     font.pixelSize: 13
     hoverEnabled: true
+    // Return opens the list as Space does. It waits for the key to be let go, because letting
+    // Return go in the open list chooses the entry and closes it.
+    Keys.onReleased: event => {
+        event.accepted = (event.key === Qt.Key_Return || event.key === Qt.Key_Enter) && !popup.visible
+        if (event.accepted)
+            popup.open()
+    }
 
     delegate: StudioMenuItem {
         required property int index

@@ -38,6 +38,8 @@ ColumnLayout {
                 bottomPadding: 14
                 Accessible.name: modelData + ", " + (chosen ? "selected" : (unlocked ? "available" : "unlocks at 3 badges"))
                 onClicked: picker.picked(index, Studio.shownNames[index])
+                Keys.onReturnPressed: clicked()
+                Keys.onEnterPressed: clicked()
 
                 background: Rectangle {
                     radius: 18

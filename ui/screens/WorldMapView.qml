@@ -132,6 +132,7 @@ Rectangle {
                                     from: 0
                                     to: 6
                                     value: card.earned
+                                    Accessible.name: card.earned + " / 6 badges"
                                     Layout.fillWidth: true
                                     background: Rectangle { implicitHeight: 6; radius: 3; color: Theme.divider }
                                     contentItem: Item {

@@ -107,6 +107,7 @@ Rectangle {
                         }
                     }
                     RowLayout {
+                        objectName: "encouragement"
                         spacing: 6
                         Layout.leftMargin: 24
                         SymbolIcon { name: "heart.fill"; size: 13; color: Theme.secondary }
@@ -141,20 +142,20 @@ Rectangle {
             open()
         }
 
-        // Qt's own dialog turns a folder the child clicks or opens into the chosen file; the
-        // picture keeps its name in the folder on show instead.
+        // Qt's own dialog chooses the folder the child clicks, or nothing in a folder they open,
+        // which would empty the name field or show the folder's name there and make Save open
+        // that folder, and it reports a typed name as a bare path: the picture keeps its name,
+        // in the folder on show, as a file the export can write.
         onSelectedFileChanged: {
             if (!visible)
                 return
-            if (!Catalog.isFolderChoice(selectedFile)) {
-                fileName = Catalog.fileName(selectedFile)
-                return
-            }
-            const kept = Catalog.fileIn(currentFolder, fileName)
-            if (selectedFile.toString() !== kept.toString())
-                selectedFile = kept
+            const name = Catalog.pictureName(selectedFile)
+            if (name.length > 0)
+                fileName = name
+            if (name.length === 0 || !selectedFile.toString().startsWith("file:"))
+                Catalog.selectInShownDialog(exportDialog, Catalog.fileIn(currentFolder, fileName))
         }
-        onCurrentFolderChanged: if (visible) selectedFile = Catalog.fileIn(currentFolder, fileName)
+        onCurrentFolderChanged: if (visible) Catalog.selectInShownDialog(exportDialog, Catalog.fileIn(currentFolder, fileName))
         onAccepted: {
             const path = Catalog.localPath(selectedFile)
             if (path.toLowerCase().endsWith(".svg"))
@@ -185,6 +186,7 @@ Rectangle {
 
     Sheet {
         objectName: "playerSettingsSheet"
+        title: "Your profile"
         shown: Studio.playerSettings
         content: Component { PlayerSettingsView {} }
         onDismissed: {
@@ -194,6 +196,7 @@ Rectangle {
     }
     Sheet {
         objectName: "welcomeSheet"
+        title: "Welcome guide"
         shown: Studio.welcome
         dismissable: !Studio.needsIntroduction
         content: Component { WelcomeView {} }
@@ -201,42 +204,49 @@ Rectangle {
     }
     Sheet {
         objectName: "companionSettingsSheet"
+        title: "Your turtle"
         shown: Studio.companionSettings
         content: Component { CompanionSettingsView {} }
         onDismissed: Studio.companionSettings = false
     }
     Sheet {
         objectName: "collectionSheet"
+        title: "Treasures"
         shown: Studio.collection
         content: Component { TreasuresView {} }
         onDismissed: Studio.collection = false
     }
     Sheet {
         objectName: "celebrationSheet"
+        title: "Celebration"
         shown: Studio.celebration
         content: Component { CelebrationDialog {} }
         onDismissed: Studio.celebration = false
     }
     Sheet {
         objectName: "gallerySheet"
+        title: "My creations"
         shown: Studio.gallery
         content: Component { GalleryView {} }
         onDismissed: Studio.gallery = false
     }
     Sheet {
         objectName: "savingSheet"
+        title: "Save creation"
         shown: Studio.saving
         content: Component { SaveDialog {} }
         onDismissed: Studio.saving = false
     }
     Sheet {
         objectName: "guideSheet"
+        title: "Coder\u2019s handbook"
         shown: Studio.guide
         content: Component { GuideView {} }
         onDismissed: Studio.guide = false
     }
     Sheet {
         objectName: "mapSheet"
+        title: "Adventure map"
         shown: Studio.map
         content: Component { WorldMapView {} }
         onDismissed: Studio.map = false

@@ -333,6 +333,7 @@ ColumnLayout {
             from: 0
             to: Math.max(1, Studio.stepTotal)
             value: Studio.stepIndex
+            Accessible.name: Studio.stepIndex + " / " + Studio.stepTotal + " steps"
             Layout.fillWidth: true
             background: Rectangle { implicitHeight: 6; radius: 3; color: Theme.divider }
             contentItem: Item {
@@ -428,6 +429,8 @@ ColumnLayout {
                 Accessible.name: "Show the target drawing"
                 checked: Studio.showTarget
                 onToggled: Studio.showTarget = checked
+                Keys.onReturnPressed: { toggle(); toggled() }
+                Keys.onEnterPressed: { toggle(); toggled() }
                 font.pixelSize: 13
                 FocusRing {
                     shown: target.visualFocus

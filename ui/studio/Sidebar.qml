@@ -186,6 +186,7 @@ ColumnLayout {
                 from: 0
                 to: Catalog.missions.length
                 value: Studio.badges
+                Accessible.name: Studio.badges + " / " + Catalog.missions.length + " missions explored"
                 Layout.fillWidth: true
                 background: Rectangle { implicitHeight: 6; radius: 3; color: Theme.divider }
                 contentItem: Item {

@@ -29,6 +29,7 @@ ColumnLayout {
         StudioButton {
             id: themeButton
             objectName: "themeMenuButton"
+            compact: true
             text: stage.theme.name
             symbol: "paintpalette"
             onClicked: themeMenu.open()
@@ -145,6 +146,7 @@ ColumnLayout {
         }
         StudioButton {
             objectName: "differenceButton"
+            compact: true
             visible: Studio.differenceSentence.length > 0
             text: Studio.showDifference ? "Hide differences" : "Show what\u2019s different"
             symbol: "wand.and.stars"
@@ -203,6 +205,7 @@ ColumnLayout {
         spacing: 10
         StudioButton {
             objectName: "saveCreationButton"
+            compact: true
             text: "Save creation"
             symbol: "heart.square"
             enabled: !Studio.running && Studio.strokes.length > 0 && Studio.drawingSource.length > 0
@@ -214,6 +217,7 @@ ColumnLayout {
         }
         StudioButton {
             objectName: "exportButton"
+            compact: true
             text: "Export picture"
             symbol: "square.and.arrow.up"
             enabled: !Studio.running && Studio.strokes.length > 0
@@ -222,7 +226,7 @@ ColumnLayout {
     }
 
     ColumnLayout {
-        spacing: 8
+        spacing: 6
         Layout.fillWidth: true
         RowLayout {
             Layout.fillWidth: true
@@ -235,6 +239,7 @@ ColumnLayout {
             Item { Layout.fillWidth: true }
             StudioButton {
                 objectName: "companionEditButton"
+                compact: true
                 kind: "plain"
                 text: Studio.turtleName
                 symbol: "pencil"
@@ -256,7 +261,7 @@ ColumnLayout {
                     readonly property bool unlocked: Studio.badges >= 0 && Studio.isTurtleUnlocked(index)
                     objectName: "companionCard_" + index
                     implicitWidth: 84
-                    implicitHeight: 86
+                    implicitHeight: 78
                     radius: 12
                     color: Theme.card
                     border.width: Studio.turtle === index ? 2 : 1
@@ -285,7 +290,7 @@ ColumnLayout {
                         width: 58
                         height: 58
                         anchors.horizontalCenter: parent.horizontalCenter
-                        y: 6
+                        y: 4
                     }
                     Text {
                         text: Studio.shownNames[card.index]
@@ -296,7 +301,7 @@ ColumnLayout {
                         horizontalAlignment: Text.AlignHCenter
                         anchors.horizontalCenter: parent.horizontalCenter
                         anchors.bottom: parent.bottom
-                        anchors.bottomMargin: 6
+                        anchors.bottomMargin: 3
                     }
                     MouseArea {
                         anchors.fill: parent

@@ -62,6 +62,8 @@ Rectangle {
         Text {
             objectName: "rank"
             text: Studio.rank
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
             font.pixelSize: 13
             font.bold: true
             color: Theme.violet
@@ -77,6 +79,8 @@ Rectangle {
                 id: xp
                 anchors.centerIn: parent
                 text: "\u2726 " + Studio.experience + " XP"
+                Accessible.role: Accessible.StaticText
+                Accessible.name: Studio.experience + " XP"
                 font.family: Theme.roundedFont
                 font.pixelSize: 16
                 font.bold: true
