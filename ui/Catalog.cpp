@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QQmlEngine>
 
 #include <algorithm>
 
@@ -83,15 +84,35 @@ QString Catalog::pictureName(const QUrl &choice) const
     return chosen.isDir() ? QString() : chosen.fileName();
 }
 
-bool Catalog::selectInShownDialog(QObject *dialog, const QUrl &file) const
+namespace {
+
+// Qt's own file dialog on screen for `dialog`: it lives beside the studio in its window.
+QObject *shownFileDialog(QObject *dialog)
 {
-    // Qt's own dialog lives beside the studio in its window; the one on screen is the export's.
     auto *window = dialog ? dialog->property("parentWindow").value<QObject *>() : nullptr;
     const QList<QObject *> parts = window ? window->findChildren<QObject *>() : QList<QObject *>();
     const auto shown = std::find_if(parts.cbegin(), parts.cend(), [](const QObject *part) {
         return part->inherits("QQuickFileDialogImpl") && part->property("visible").toBool();
     });
-    return shown != parts.cend() && (*shown)->setProperty("selectedFile", file);
+    return shown != parts.cend() ? *shown : nullptr;
+}
+
+} // namespace
+
+bool Catalog::selectInShownDialog(QObject *dialog, const QUrl &file) const
+{
+    QObject *shown = shownFileDialog(dialog);
+    return shown && shown->setProperty("selectedFile", file);
+}
+
+QObject *Catalog::shownNameField(QObject *dialog) const
+{
+    QObject *shown = shownFileDialog(dialog);
+    QObject *field = shown ? shown->findChild<QObject *>(QStringLiteral("fileNameTextField")) : nullptr;
+    // The dialog owns its field; a script holding it must not delete it.
+    if (field)
+        QQmlEngine::setObjectOwnership(field, QQmlEngine::CppOwnership);
+    return field;
 }
 
 QString Catalog::cleanName(const QString &text) const

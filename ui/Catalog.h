@@ -46,6 +46,8 @@ public:
     // Makes `file` the choice of Qt's own save dialog on screen, shown in its name field too;
     // false where the desktop's dialog is shown instead, which keeps the name by itself.
     Q_INVOKABLE bool selectInShownDialog(QObject *dialog, const QUrl &file) const;
+    // The name field of Qt's own dialog on screen, or null where the desktop's dialog is shown.
+    Q_INVOKABLE QObject *shownNameField(QObject *dialog) const;
 
     // The name rules, for fields that show them while the child types.
     Q_INVOKABLE QString cleanName(const QString &text) const;

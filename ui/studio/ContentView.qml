@@ -129,6 +129,8 @@ Rectangle {
         objectName: "exportDialog"
         // The name the child gave the picture; it stays while they move between folders.
         property string fileName: "Marble Cove creation.png"
+        // The name field of Qt's own dialog once Return in it saves, as in every desktop's dialog.
+        property var returnSaves: null
         title: "Export picture"
         fileMode: FileDialog.SaveFile
         nameFilters: ["PNG picture (*.png)", "SVG drawing (*.svg)"]
@@ -140,6 +142,11 @@ Rectangle {
             currentFolder = Catalog.exportFolder()
             selectedFile = Catalog.fileIn(currentFolder, fileName)
             open()
+            const field = Catalog.shownNameField(exportDialog)
+            if (field && field !== returnSaves) {
+                field.accepted.connect(accept)
+                returnSaves = field
+            }
         }
 
         // Qt's own dialog chooses the folder the child clicks, or nothing in a folder they open,
