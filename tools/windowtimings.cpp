@@ -19,6 +19,7 @@
 #include <QCommandLineParser>
 #include <QDateTime>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMutex>
@@ -36,6 +37,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <optional>
 
 #include <time.h>
@@ -139,30 +141,66 @@ struct Frame
     int instructions;
 };
 
+// Every frame a window swaps, with when its work began and a tag taken at the swap. Frames are
+// recorded on the thread that renders, so reading them takes the lock.
+class FrameLog
+{
+public:
+    explicit FrameLog(QQuickWindow *window, std::function<int()> tag = [] { return 0; })
+    {
+        QObject::connect(window, &QQuickWindow::beforeFrameBegin, &m_context, [this] {
+            QMutexLocker locked(&m_lock);
+            m_begin = Clock::now();
+        }, Qt::DirectConnection);
+        QObject::connect(window, &QQuickWindow::frameSwapped, &m_context, [this, tag] {
+            const Clock::time_point now = Clock::now();
+            QMutexLocker locked(&m_lock);
+            m_frames.append({m_begin.value_or(now), now, tag()});
+            m_begin.reset();
+        }, Qt::DirectConnection);
+    }
+
+    QList<Frame> frames() const
+    {
+        QMutexLocker locked(&m_lock);
+        return m_frames;
+    }
+
+    QList<Clock::time_point> swapTimes() const
+    {
+        QList<Clock::time_point> times;
+        for (const Frame &frame : frames())
+            times.append(frame.swapped);
+        return times;
+    }
+
+private:
+    QObject m_context;
+    mutable QMutex m_lock;
+    std::optional<Clock::time_point> m_begin;
+    QList<Frame> m_frames;
+};
+
+// Opens the window and lets it settle after its first frames.
+bool settle(const OpenWindow &open)
+{
+    if (!open.window || !QTest::qWaitForWindowExposed(open.window))
+        return false;
+    QTest::qWait(1500);
+    return true;
+}
+
 // Child: one long run at `speed`, every instruction and frame timestamped.
 int run(const QString &storePath, double speed)
 {
     OpenWindow open(storePath);
-    if (!open.window || !QTest::qWaitForWindowExposed(open.window))
+    if (!settle(open))
         return 1;
-    QTest::qWait(1500);
     report("restMiB", memory().first);
 
     Studio &studio = open.studio;
     std::atomic<int> done{0};
-    QMutex lock;
-    QList<Frame> frames;
-    std::optional<Clock::time_point> frameBegin;
-    QObject::connect(open.window, &QQuickWindow::beforeFrameBegin, open.window, [&] {
-        QMutexLocker locked(&lock);
-        frameBegin = Clock::now();
-    }, Qt::DirectConnection);
-    QObject::connect(open.window, &QQuickWindow::frameSwapped, open.window, [&] {
-        const Clock::time_point now = Clock::now();
-        QMutexLocker locked(&lock);
-        frames.append({frameBegin.value_or(now), now, done.load()});
-        frameBegin.reset();
-    }, Qt::DirectConnection);
+    FrameLog log(open.window, [&] { return done.load(); });
 
     QList<Clock::time_point> carried;
     QObject::connect(&studio, &Studio::stepIndexChanged, &studio, [&] {
@@ -194,7 +232,7 @@ int run(const QString &storePath, double speed)
         behind = std::max(behind, msSince(start, carried.at(i)) - i * speed * 1000);
     report("mostBehindMs", behind);
 
-    QMutexLocker locked(&lock);
+    const QList<Frame> frames = log.frames();
     report("frames", double(frames.size()));
     const int bands[][2] = {{1, 100}, {101, 1000}, {1001, 2000}};
     for (const auto &band : bands) {
@@ -213,7 +251,6 @@ int run(const QString &storePath, double speed)
         report("frameGapP50_" + name, percentile(gaps, 0.5));
         report("frameGapMax_" + name, percentile(gaps, 1));
     }
-    locked.unlock();
     const auto [rss, hwm] = memory();
     report("afterRunMiB", rss);
     report("peakMiB", hwm);
@@ -236,9 +273,8 @@ double longestPause(const QList<Clock::time_point> &times, Clock::time_point fro
 int stalls(const QString &storePath, bool waiting)
 {
     OpenWindow open(storePath);
-    if (!open.window || !QTest::qWaitForWindowExposed(open.window))
+    if (!settle(open))
         return 1;
-    QTest::qWait(1500);
     Studio &studio = open.studio;
     studio.enterFree();
     studio.setCode(longProgram());
@@ -247,21 +283,7 @@ int stalls(const QString &storePath, bool waiting)
         studio.step();
     QTest::qWait(500);
 
-    QMutex lock;
-    QList<Clock::time_point> frames;
-    // When the last swapped frame began: the gallery counts as shown by a frame begun after asking.
-    std::optional<Clock::time_point> frameBegin;
-    Clock::time_point lastBegin;
-    QObject::connect(open.window, &QQuickWindow::beforeFrameBegin, open.window, [&] {
-        QMutexLocker locked(&lock);
-        frameBegin = Clock::now();
-    }, Qt::DirectConnection);
-    QObject::connect(open.window, &QQuickWindow::frameSwapped, open.window, [&] {
-        const Clock::time_point now = Clock::now();
-        QMutexLocker locked(&lock);
-        frames.append(now);
-        lastBegin = frameBegin.value_or(now);
-    }, Qt::DirectConnection);
+    FrameLog log(open.window);
     QObject::connect(open.window, &QQuickWindow::frameSwapped, open.window, [&] { open.window->update(); });
     QList<Clock::time_point> ticks;
     QTimer heartbeat;
@@ -281,14 +303,10 @@ int stalls(const QString &storePath, bool waiting)
         QTest::qWait(100);
         report(QByteArray(name) + "TotalMs", msSince(start, end));
         report(QByteArray(name) + "TimerPauseMs", longestPause(ticks, start, end));
-        QMutexLocker locked(&lock);
-        report(QByteArray(name) + "FrameGapMs", longestPause(frames, start, end));
+        report(QByteArray(name) + "FrameGapMs", longestPause(log.swapTimes(), start, end));
     };
-    {
-        QMutexLocker locked(&lock);
-        const Clock::time_point now = Clock::now();
-        report("restFrameGapMs", longestPause(frames, now - std::chrono::milliseconds(400), now));
-    }
+    const Clock::time_point now = Clock::now();
+    report("restFrameGapMs", longestPause(log.swapTimes(), now - std::chrono::milliseconds(400), now));
 
     studio.setCreationTitle(QStringLiteral("Twenty fans"));
     studio.setSaving(true);
@@ -316,8 +334,8 @@ int stalls(const QString &storePath, bool waiting)
         asked = Clock::now();
         studio.setGallery(true);
     }, [&] {
-        QMutexLocker locked(&lock);
-        return lastBegin > asked;
+        const QList<Frame> frames = log.frames();
+        return !frames.isEmpty() && frames.last().begin > asked;
     });
     return 0;
 }
@@ -328,10 +346,13 @@ int idle(const QString &storePath)
     OpenWindow open(storePath);
     if (!open.window || !QTest::qWaitForWindowExposed(open.window))
         return 1;
+    // A plain event loop, as the application runs: QTest::qWait wakes every few milliseconds.
     const auto share = [](int seconds) {
         QTest::qWait(1000);
         const double cpu = cpuSeconds();
-        QTest::qWait(seconds * 1000);
+        QEventLoop loop;
+        QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
+        loop.exec();
         return 100 * (cpuSeconds() - cpu) / seconds;
     };
     report("idleCpuPercent", share(5));
