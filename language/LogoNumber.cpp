@@ -26,10 +26,13 @@ std::optional<double> readLogoNumber(QStringView token)
 {
     // Most numbers in a program are a few plain digits; those need no conversion by the C library.
     if (!token.isEmpty() && token.size() <= 9) {
+        // Nine digits stay below 10^9, so the sum cannot overflow; a word stops at its first letter.
         qint32 whole = 0;
         bool digits = true;
         for (const QChar c : token) {
-            digits = digits && c >= u'0' && c <= u'9';
+            digits = c >= u'0' && c <= u'9';
+            if (!digits)
+                break;
             whole = whole * 10 + (c.unicode() - u'0');
         }
         if (digits)
