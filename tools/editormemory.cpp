@@ -2,12 +2,12 @@
 // and reports the resident memory as it goes. Not a test; a figure for a person to read.
 //   editormemory [cycles] [characters]
 #include "ItemSearch.h"
+#include "ProcessMemory.h"
 #include "app/Studio.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
 
 #include <QClipboard>
-#include <QFile>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -19,23 +19,6 @@
 #include <cstdio>
 
 Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
-
-namespace {
-
-// Resident memory in MiB, from the kernel's own account of this process.
-double residentMiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
-    }
-    return -1;
-}
-
-} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -61,7 +44,7 @@ int main(int argc, char *argv[])
     QGuiApplication::clipboard()->setText(line.repeated(characters / line.size() + 1).left(characters));
     editor->forceActiveFocus();
     QTest::qWait(200);
-    const double start = residentMiB();
+    const double start = processMemory().residentMiB;
     std::printf("cycles: %d, pasting %d characters each; resident at the start %.1f MiB\n", cycles, characters, start);
     double peak = start;
     for (int cycle = 1; cycle <= cycles; ++cycle) {
@@ -71,13 +54,13 @@ int main(int argc, char *argv[])
         for (const char key : {'f', 'd', ' ', '1', '0'})
             QTest::keyClick(window, key);
         QTest::qWait(20);
-        const double now = residentMiB();
+        const double now = processMemory().residentMiB;
         peak = std::max(peak, now);
         if (cycle % 10 == 0)
             std::printf("after %d cycles: %.1f MiB (%+.1f)\n", cycle, now, now - start);
     }
     QTest::qWait(500); // what a child's next glance at the window finds
-    const double end = residentMiB();
+    const double end = processMemory().residentMiB;
     std::printf("resident at the end %.1f MiB, %+.1f MiB from the start, peak %.1f MiB; code now %lld characters\n",
                 end, end - start, peak, qint64(studio.code().size()));
     return 0;

@@ -3,13 +3,13 @@
 // window from drawing, and the resident memory. Not a test; figures for a person to read.
 // Run it on a display, e.g.  xvfb-run -a build/tools/hostilestores
 #include "ItemSearch.h"
+#include "ProcessMemory.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
 #include "profile/SqlitePreferencesStore.h"
 #include "ui/StudioWindow.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
@@ -26,17 +26,6 @@ Q_IMPORT_QML_PLUGIN(MarbleCovePlugin)
 
 namespace {
 
-double residentMiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024;
-    }
-    return -1;
-}
 
 // The longest the event loop went without turning, while `step` and the frames after it ran:
 // what a child feels as a frozen window.
@@ -64,7 +53,7 @@ double longestStall(const std::function<void()> &step, int settleMs = 1500)
 
 void row(const char *what, double ms)
 {
-    std::printf("  %-44s %8.0f ms   resident %5.0f MiB\n", what, ms, residentMiB());
+    std::printf("  %-44s %8.0f ms   resident %5.0f MiB\n", what, ms, processMemory().residentMiB);
     std::fflush(stdout);
 }
 
@@ -126,7 +115,7 @@ int main(int argc, char *argv[])
         store.setString(QStringLiteral("code0"), QStringLiteral("forward 10 right 1\n").repeated(5'000'000 / 19));
     }
     std::printf("QT_QPA_PLATFORM=%s, resident before any window %.0f MiB\n", qgetenv("QT_QPA_PLATFORM").constData(),
-                residentMiB());
+                processMemory().residentMiB);
     measure("a creation with a 10 MB title and 10 MB of code", hugeCreation);
     measure("5 MB of code for the first mission", hugeCode);
     return 0;

@@ -10,6 +10,7 @@
 // Each figure comes from a fresh process of this same program (the child modes below), which
 // opens the window exactly as the application does. QT_QUICK_BACKEND passes through.
 #include "ItemSearch.h"
+#include "ProcessMemory.h"
 #include "app/Studio.h"
 #include "gallery/CreationCodec.h"
 #include "gallery/PictureExport.h"
@@ -74,22 +75,6 @@ QString longProgram()
     return QStringLiteral("repeat 20 [ repeat 49 [ forward 60 back 57 ] right 18 forward 5 ]");
 }
 
-// VmRSS and VmHWM of this process, in MiB.
-QPair<double, double> memory()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    double rss = 0, hwm = 0;
-    if (status.open(QIODevice::ReadOnly)) {
-        for (const QByteArray &line : status.readAll().split('\n')) {
-            const auto kib = [&] { return line.simplified().split(' ').value(1).toDouble() / 1024; };
-            if (line.startsWith("VmRSS:"))
-                rss = kib();
-            else if (line.startsWith("VmHWM:"))
-                hwm = kib();
-        }
-    }
-    return {rss, hwm};
-}
 
 // User plus system CPU time of this process, in seconds.
 // The CPU this process has used, to the nanosecond: clock ticks are too coarse for an idle window.
@@ -196,7 +181,7 @@ int run(const QString &storePath, double speed)
     OpenWindow open(storePath);
     if (!settle(open))
         return 1;
-    report("restMiB", memory().first);
+    report("restMiB", processMemory().residentMiB);
 
     Studio &studio = open.studio;
     std::atomic<int> done{0};
@@ -251,7 +236,7 @@ int run(const QString &storePath, double speed)
         report("frameGapP50_" + name, percentile(gaps, 0.5));
         report("frameGapMax_" + name, percentile(gaps, 1));
     }
-    const auto [rss, hwm] = memory();
+    const auto [rss, hwm] = processMemory();
     report("afterRunMiB", rss);
     report("peakMiB", hwm);
     return 0;
